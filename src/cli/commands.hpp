@@ -1,0 +1,17 @@
+#pragma once
+// The subcommands of the quarvex-reports program. Each takes the arguments that follow its
+// name and returns the process exit code (0 done, 1 the work failed with a message shown,
+// 2 usage error).
+
+#include <string>
+#include <vector>
+
+namespace qr::cli {
+
+using Args = std::vector<std::string>;
+
+/// make-sample --vendor CONN --master CONN: writes the sample jobs and prints the report
+/// tables it filled.
+int runMakeSample(const Args& args);
+
+} // namespace qr::cli
