@@ -11,6 +11,7 @@ namespace qr {
 /// Error numbers the reports and the host rely on (the classic runtime's numbers, plus the
 /// component's own 999).
 namespace errc {
+inline constexpr int kInvalidCall = 5;
 inline constexpr int kSubscriptOutOfRange = 9;
 inline constexpr int kOverflow = 6;
 inline constexpr int kTypeMismatch = 13;
@@ -37,6 +38,9 @@ class Error : public std::exception {
     static Error invalidUseOfNull(std::string source = kDefaultSource);
     static Error objectNotSet(std::string source = kDefaultSource);
     static Error subscriptOutOfRange(std::string source = kDefaultSource);
+    /// "Invalid procedure call or argument" (5): an argument outside what a call accepts,
+    /// such as a calendar date that does not exist.
+    static Error invalidCall(std::string source = kDefaultSource);
     /// The component's own condition: number 999 with a fixed description.
     static Error component(std::string source, std::string description);
 

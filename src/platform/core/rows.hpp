@@ -14,8 +14,13 @@ namespace qr {
 
 /// Cursor and lock settings as the host's data library numbers them.
 enum class CursorType { Unspecified = -1, ForwardOnly = 0, Keyset = 1, Dynamic = 2, Static = 3 };
-enum class LockType { Unspecified = -1, ReadOnly = 1, Pessimistic = 2, Optimistic = 3,
-                      BatchOptimistic = 4 };
+enum class LockType {
+    Unspecified = -1,
+    ReadOnly = 1,
+    Pessimistic = 2,
+    Optimistic = 3,
+    BatchOptimistic = 4
+};
 
 /// An open row set positioned on one row (or at end-of-file).
 class RowCursor {

@@ -58,8 +58,8 @@ class Variant {
     struct NullTag {
         bool operator==(const NullTag&) const = default;
     };
-    std::variant<std::monostate, NullTag, bool, std::int16_t, std::int32_t, float, double,
-                 Currency, Date, std::string>
+    std::variant<std::monostate, NullTag, bool, std::int16_t, std::int32_t, float, double, Currency,
+                 Date, std::string>
         m_value;
 };
 
