@@ -1,0 +1,70 @@
+#pragma once
+// The standalone host: a real implementation of the host classes for use outside the host
+// application (the command line, the demo, the tests). It answers the user, company, vendor and
+// setting look-ups from its configuration, makes folders with std::filesystem, shows error
+// dialogs through the platform message box, and keeps every usage and error entry it is given
+// (and prints error entries on standard error).
+
+#include "platform/host/services.hpp"
+
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace qr::host {
+
+struct StandaloneConfig {
+    std::map<std::int32_t, User> users;
+    Company company;
+    Vendor vendor;
+    /// (user id, setting name) -> value, e.g. {1, "LblTop"} -> 90.
+    std::map<std::pair<std::int32_t, std::string>, std::int32_t> settings;
+    /// The vendor data folder PathHelper reports.
+    std::string vendorPath;
+};
+
+struct UsageEntry {
+    std::string outcome;
+    std::string category;
+    std::string label;
+    std::string error; // non-empty for error entries
+};
+
+class StandaloneHost : public HostClasses,
+                       public ServiceContainer,
+                       public MessageService,
+                       public std::enable_shared_from_this<StandaloneHost> {
+  public:
+    explicit StandaloneHost(StandaloneConfig config);
+
+    // HostClasses
+    std::unique_ptr<UserService> createUserService() override;
+    std::unique_ptr<CompanyService> createCompanyService() override;
+    std::unique_ptr<VendorService> createVendorService() override;
+    std::unique_ptr<UserSettingService> createUserSettingService() override;
+    std::unique_ptr<PathHelper> createPathHelper() override;
+    std::unique_ptr<FolderMaker> createFolderMaker() override;
+    std::unique_ptr<UsageLog> createUsageLog() override;
+
+    // ServiceContainer
+    std::shared_ptr<MessageService> messageService() override;
+
+    // MessageService: the error dialog through the platform message box.
+    void showErrorDialog(const std::string& title, const std::string& text) override;
+
+    /// Every usage and error entry recorded so far, oldest first.
+    std::vector<UsageEntry> usageEntries() const;
+    const StandaloneConfig& config() const { return m_config; }
+
+    void addUsage(UsageEntry entry);
+
+  private:
+    StandaloneConfig m_config;
+    mutable std::mutex m_mutex;
+    std::vector<UsageEntry> m_usage;
+};
+
+} // namespace qr::host
