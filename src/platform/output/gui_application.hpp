@@ -1,0 +1,15 @@
+#pragma once
+// Qt draws nothing, not even a font, before a QGuiApplication exists, and the component runs
+// inside hosts that may not have made one. Everything here that touches Qt painting or printing
+// calls ensureGuiApplication() first.
+
+namespace qr::output {
+
+/// Makes sure a Qt application object exists. When there is none, creates a QApplication (so the
+/// preview window can use widgets later) that lives until the process ends; with no display
+/// (neither DISPLAY nor WAYLAND_DISPLAY set) and QT_QPA_PLATFORM unset, it uses the "offscreen"
+/// platform, which still finds the system's fonts. Raises qr::Error when the host made a
+/// QCoreApplication without graphics, which cannot draw. Call it on the thread that runs Qt.
+void ensureGuiApplication();
+
+} // namespace qr::output

@@ -1,0 +1,89 @@
+#pragma once
+// A page's items turned into drawing primitives, shared by every renderer (cairo for PDF and
+// PNG, QPainter for the printer and the preview). The geometry of a check box, a rounded corner
+// or an underline is decided here once, and the text of the page is gathered into one glyph
+// array per font and colour, so a renderer issues one text operation per font per page instead
+// of one per cell.
+//
+// Drawing order of a page: fills (filled rectangles and text backgrounds, in item order), then
+// strokes (lines, rectangle borders, check boxes, in item order), then text, then underlines.
+// Backgrounds therefore never hide text or rules drawn by an earlier item.
+
+#include "platform/engine/page/page.hpp"
+#include "platform/output/scaled_font.hpp"
+
+#include <cairo.h>
+#include <variant>
+#include <vector>
+
+namespace qr::output {
+
+/// A filled rectangle (twips); `radius` > 0 rounds its corners.
+struct FilledBox {
+    double x = 0, y = 0, width = 0, height = 0;
+    page::Color color = page::kBlack;
+    double radius = 0;
+};
+
+/// A straight stroke with flat ends, centred on the segment.
+struct Segment {
+    double x1 = 0, y1 = 0, x2 = 0, y2 = 0;
+    double thickness = 0;
+    page::Color color = page::kBlack;
+};
+
+/// The outline of a rectangle, the pen centred on its edges; `radius` > 0 rounds the corners.
+struct OutlinedBox {
+    double x = 0, y = 0, width = 0, height = 0;
+    double thickness = 0;
+    page::Color color = page::kBlack;
+    double radius = 0;
+};
+
+using Stroke = std::variant<Segment, OutlinedBox>;
+
+/// All text of one font and colour on a page: glyph indices placed at their runs' x and
+/// baselines, in the order the items come.
+struct GlyphBatch {
+    ScaledFont* font = nullptr;
+    page::Color color = page::kBlack;
+    std::vector<cairo_glyph_t> glyphs;
+};
+
+struct PageScene {
+    int width = 0; // paper size, twips
+    int height = 0;
+    std::vector<FilledBox> fills;
+    std::vector<Stroke> strokes;
+    std::vector<GlyphBatch> text;
+    std::vector<FilledBox> underlines;
+};
+
+/// Corner radius of a rounded rectangle of that size (twips).
+double roundedCornerRadius(double width, double height);
+
+/// Builds scenes page after page, reusing its buffers and its cache of shaped strings. Not
+/// thread-safe; a renderer owns one.
+class SceneBuilder {
+  public:
+    /// The scene of `page`, whose text items index `fonts`. Valid until the next call.
+    /// Raises qr::Error for an item that names a font outside `fonts` or a font not installed.
+    const PageScene& build(const page::Page& page, const std::vector<page::FontSpec>& fonts);
+
+  private:
+    void addText(const page::TextItem& item, const std::vector<page::FontSpec>& fonts);
+    void addRect(const page::RectItem& item);
+    void addCheckBox(const page::CheckBoxItem& item);
+    GlyphBatch& batchFor(ScaledFont& font, page::Color color);
+
+    FontSet m_fonts;
+    PageScene m_scene;
+};
+
+/// Red, green and blue of a colour, each 0..1.
+struct Rgb {
+    double red, green, blue;
+};
+Rgb toRgb(page::Color color);
+
+} // namespace qr::output

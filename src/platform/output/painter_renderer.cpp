@@ -1,0 +1,118 @@
+#include "platform/output/painter_renderer.hpp"
+
+#include "platform/core/error.hpp"
+#include "platform/output/gui_application.hpp"
+#include "platform/output/output_error.hpp"
+
+#include <QGlyphRun>
+#include <QPaintDevice>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace qr::output {
+
+namespace {
+
+QColor toQColor(page::Color color) {
+    return QColor::fromRgb((color >> 16) & 0xFF, (color >> 8) & 0xFF, color & 0xFF);
+}
+
+void fillBoxes(QPainter& painter, const std::vector<FilledBox>& boxes) {
+    painter.setPen(Qt::NoPen);
+    for (const auto& box : boxes) {
+        painter.setBrush(toQColor(box.color));
+        const QRectF rect(box.x, box.y, box.width, box.height);
+        if (box.radius > 0) {
+            painter.drawRoundedRect(rect, box.radius, box.radius, Qt::AbsoluteSize);
+        } else {
+            painter.drawRect(rect);
+        }
+    }
+}
+
+void drawStroke(QPainter& painter, const Stroke& stroke) {
+    QPen pen;
+    pen.setCapStyle(Qt::FlatCap);
+    pen.setJoinStyle(Qt::MiterJoin);
+    painter.setBrush(Qt::NoBrush);
+    if (const auto* segment = std::get_if<Segment>(&stroke)) {
+        pen.setColor(toQColor(segment->color));
+        pen.setWidthF(segment->thickness);
+        painter.setPen(pen);
+        painter.drawLine(QPointF(segment->x1, segment->y1), QPointF(segment->x2, segment->y2));
+        return;
+    }
+    const auto& box = std::get<OutlinedBox>(stroke);
+    pen.setColor(toQColor(box.color));
+    pen.setWidthF(box.thickness);
+    painter.setPen(pen);
+    const QRectF rect(box.x, box.y, box.width, box.height);
+    if (box.radius > 0) {
+        painter.drawRoundedRect(rect, box.radius, box.radius, Qt::AbsoluteSize);
+    } else {
+        painter.drawRect(rect);
+    }
+}
+
+} // namespace
+
+PainterRenderer::PainterRenderer() {
+    ensureGuiApplication();
+}
+
+QTransform PainterRenderer::twipsToDevice(const QPaintDevice& device) {
+    return QTransform::fromScale(double(device.logicalDpiX()) / page::kTwipsPerInch,
+                                 double(device.logicalDpiY()) / page::kTwipsPerInch);
+}
+
+const QRawFont& PainterRenderer::rawFont(const ScaledFont& font) {
+    auto found = m_rawFonts.find(&font);
+    if (found != m_rawFonts.end())
+        return found->second;
+    // The pixel size is the font size in twips: the painter's transform takes twips to the
+    // device, exactly as cairo's does.
+    QRawFont raw(QString::fromStdString(font.face().file), font.sizeTwips(),
+                 QFont::PreferNoHinting);
+    if (!raw.isValid()) {
+        throw Error(errc::kComponent, kFontsSource,
+                    "The font file \"" + font.face().file + "\" for \"" + font.spec().family +
+                        "\" could not be loaded for painting.");
+    }
+    return m_rawFonts.emplace(&font, std::move(raw)).first->second;
+}
+
+void PainterRenderer::paint(QPainter& painter, const page::Page& page,
+                            const std::vector<page::FontSpec>& fonts) {
+    const PageScene& scene = m_scenes.build(page, fonts);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, true);
+    painter.setRenderHint(QPainter::TextAntialiasing, true);
+    fillBoxes(painter, scene.fills);
+    for (const auto& stroke : scene.strokes)
+        drawStroke(painter, stroke);
+
+    QList<quint32> indexes;
+    QList<QPointF> positions;
+    for (const auto& batch : scene.text) {
+        if (batch.glyphs.empty())
+            continue;
+        indexes.clear();
+        positions.clear();
+        indexes.reserve(static_cast<qsizetype>(batch.glyphs.size()));
+        positions.reserve(static_cast<qsizetype>(batch.glyphs.size()));
+        for (const auto& glyph : batch.glyphs) {
+            indexes.push_back(static_cast<quint32>(glyph.index));
+            positions.push_back(QPointF(glyph.x, glyph.y));
+        }
+        QGlyphRun run;
+        run.setRawFont(rawFont(*batch.font));
+        run.setGlyphIndexes(indexes);
+        run.setPositions(positions);
+        painter.setPen(toQColor(batch.color));
+        painter.drawGlyphRun(QPointF(0, 0), run);
+    }
+    fillBoxes(painter, scene.underlines);
+    painter.restore();
+}
+
+} // namespace qr::output

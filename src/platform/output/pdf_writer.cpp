@@ -1,0 +1,128 @@
+#include "platform/output/pdf_writer.hpp"
+
+#include "platform/core/error.hpp"
+#include "platform/output/cairo_renderer.hpp"
+#include "platform/output/output_error.hpp"
+
+#include <cairo-pdf.h>
+
+namespace qr::output {
+
+namespace {
+
+constexpr double kPointsPerTwip = 1.0 / page::kTwipsPerPoint;
+
+page::Page blankPage(page::Orientation orientation) {
+    page::Page blank;
+    if (orientation == page::Orientation::Landscape)
+        std::swap(blank.width, blank.height);
+    return blank;
+}
+
+class PdfExportFilter final : public page::ExportFilter {
+  public:
+    void setFileName(const std::string& fileName) override { m_fileName = fileName; }
+    void exportPages(const page::Pages& pages) override {
+        if (m_fileName.empty()) {
+            throw Error(kFileAccessError, kPdfSource, "No file name was set for the PDF export.");
+        }
+        writePdf(pages, m_fileName);
+    }
+
+  private:
+    std::string m_fileName;
+};
+
+} // namespace
+
+PdfWriter::PdfWriter(const std::filesystem::path& target, const std::string& title)
+    : m_file(target, "PDF", kPdfSource) {
+    m_surface = cairo_pdf_surface_create_for_stream(&OutputFile::cairoWrite, &m_file,
+                                                    page::kLetterWidth * kPointsPerTwip,
+                                                    page::kLetterHeight * kPointsPerTwip);
+    m_cr = cairo_create(m_surface);
+    check("starting the document");
+    if (!title.empty()) {
+        cairo_pdf_surface_set_metadata(m_surface, CAIRO_PDF_METADATA_TITLE,
+                                       repairUtf8(title).c_str());
+    }
+    cairo_pdf_surface_set_metadata(m_surface, CAIRO_PDF_METADATA_CREATOR, "QuarvexReports");
+    // User space in twips: page items are drawn with their own coordinates.
+    cairo_scale(m_cr, kPointsPerTwip, kPointsPerTwip);
+}
+
+PdfWriter::~PdfWriter() {
+    release();
+}
+
+void PdfWriter::release() noexcept {
+    if (m_cr)
+        cairo_destroy(m_cr);
+    if (m_surface)
+        cairo_surface_destroy(m_surface);
+    m_cr = nullptr;
+    m_surface = nullptr;
+}
+
+void PdfWriter::check(const char* step) {
+    cairo_status_t status = cairo_status(m_cr);
+    if (status == CAIRO_STATUS_SUCCESS)
+        status = cairo_surface_status(m_surface);
+    if (status == CAIRO_STATUS_SUCCESS)
+        return;
+    release();
+    m_file.fail(std::string(cairo_status_to_string(status)) + " (" + step + ")");
+}
+
+void PdfWriter::addPage(const page::Page& page, const std::vector<page::FontSpec>& fonts) {
+    if (m_finished) {
+        throw Error(errc::kComponent, kPdfSource,
+                    "A page was added to \"" + m_file.target().string() +
+                        "\" after it was finished.");
+    }
+    if (page.width <= 0 || page.height <= 0) {
+        throw Error(errc::kComponent, kPdfSource,
+                    "Page " + std::to_string(m_pageCount + 1) + " has no paper size (" +
+                        std::to_string(page.width) + " x " + std::to_string(page.height) +
+                        " twips).");
+    }
+    const PageScene& scene = m_scenes.build(page, fonts);
+    cairo_pdf_surface_set_size(m_surface, page.width * kPointsPerTwip,
+                               page.height * kPointsPerTwip);
+    drawScene(m_cr, scene);
+    cairo_show_page(m_cr);
+    ++m_pageCount;
+    check("drawing a page");
+}
+
+void PdfWriter::finish() {
+    if (m_finished)
+        return;
+    if (m_pageCount == 0)
+        addPage(blankPage(page::Orientation::Portrait), {});
+    m_finished = true;
+    cairo_destroy(m_cr);
+    m_cr = nullptr;
+    cairo_surface_finish(m_surface);
+    const cairo_status_t status = cairo_surface_status(m_surface);
+    cairo_surface_destroy(m_surface);
+    m_surface = nullptr;
+    if (status != CAIRO_STATUS_SUCCESS)
+        m_file.fail(cairo_status_to_string(status));
+    m_file.commit();
+}
+
+void writePdf(const page::Pages& pages, const std::filesystem::path& path) {
+    PdfWriter writer(path, pages.title);
+    for (const auto& page : pages.pages)
+        writer.addPage(page, pages.fonts);
+    if (pages.pages.empty())
+        writer.addPage(blankPage(pages.orientation), pages.fonts);
+    writer.finish();
+}
+
+std::unique_ptr<page::ExportFilter> makePdfExportFilter() {
+    return std::make_unique<PdfExportFilter>();
+}
+
+} // namespace qr::output

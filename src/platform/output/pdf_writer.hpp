@@ -1,0 +1,60 @@
+#pragma once
+// PDF files from pages, through cairo's PDF surface. Each page's text goes out as one glyph run
+// per font and colour; cairo embeds the fonts as subsets and maps the glyphs back to their
+// characters, so the text can be selected and extracted.
+
+#include "platform/engine/page/export_filter.hpp"
+#include "platform/engine/page/page.hpp"
+#include "platform/output/output_file.hpp"
+#include "platform/output/page_scene.hpp"
+
+#include <cairo.h>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace qr::output {
+
+/// Writes a PDF page by page, so a long report streams through with flat memory: nothing of a
+/// page is kept once it is added. The file appears at its path only when finish() succeeds;
+/// a writer destroyed before that (or failing) leaves neither the file nor a temporary behind.
+class PdfWriter {
+  public:
+    /// Starts a document whose title metadata is `title`. Raises qr::Error naming the path when
+    /// its folder cannot take the file.
+    PdfWriter(const std::filesystem::path& target, const std::string& title);
+    ~PdfWriter();
+    PdfWriter(const PdfWriter&) = delete;
+    PdfWriter& operator=(const PdfWriter&) = delete;
+
+    /// Draws one page, its paper size taken from the page (landscape pages are wider than
+    /// tall); its text items index `fonts`. Raises qr::Error on a bad item or missing font.
+    void addPage(const page::Page& page, const std::vector<page::FontSpec>& fonts);
+    /// Completes the file and moves it into place. A document without pages gets one blank
+    /// Letter page, since a PDF needs at least one. Raises qr::Error naming the path and cause.
+    void finish();
+
+    std::size_t pageCount() const { return m_pageCount; }
+
+  private:
+    void check(const char* step);
+    void release() noexcept;
+
+    OutputFile m_file;
+    cairo_surface_t* m_surface = nullptr;
+    cairo_t* m_cr = nullptr;
+    SceneBuilder m_scenes;
+    std::size_t m_pageCount = 0;
+    bool m_finished = false;
+};
+
+/// Writes all of `pages` to a PDF at `path`, whole or not at all (an existing file is replaced
+/// only on success). An empty collection gives one blank page in the report's orientation.
+/// Raises qr::Error naming the path and the cause.
+void writePdf(const page::Pages& pages, const std::filesystem::path& path);
+
+/// The engine's PDF export filter, writing through writePdf.
+std::unique_ptr<page::ExportFilter> makePdfExportFilter();
+
+} // namespace qr::output

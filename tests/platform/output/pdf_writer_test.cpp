@@ -1,0 +1,240 @@
+#include "output_test_support.hpp"
+#include "platform/core/error.hpp"
+#include "platform/output/pdf_writer.hpp"
+#include "support/temp_dir.hpp"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <poppler-font.h>
+
+namespace qr::output {
+namespace {
+
+using test::folderContents;
+using test::openPdf;
+using test::PageBuilder;
+using test::pdfPageText;
+
+page::FontSpec bold() {
+    page::FontSpec f;
+    f.bold = true;
+    return f;
+}
+
+// A small priced glass list: a heading, two rows of cells, a total.
+PageBuilder glassList() {
+    PageBuilder b("Job Glass Report");
+    b.addPage();
+    b.text(720, 1000, "Final Glass Report", bold());
+    int y = 1600;
+    for (const char* row : {"Tempered", "Laminated"}) {
+        b.text(720, y, row);
+        b.text(4000, y, "24 x 36");
+        b.text(8000, y, "$1,234.50");
+        y += 300;
+    }
+    b.line(720, y, 11520, y);
+    b.text(8000, y + 300, "Total $2,469.00", bold());
+    return b;
+}
+
+TEST(WritePdf, TextReadsBackInReadingOrder) {
+    test::TempDir dir;
+    PageBuilder b = glassList();
+    writePdf(b.pages(), dir / "glass.pdf");
+
+    auto doc = openPdf(dir / "glass.pdf");
+    ASSERT_TRUE(doc);
+    ASSERT_EQ(doc->pages(), 1);
+    const std::string text = pdfPageText(*doc, 0);
+    const std::vector<std::string> inOrder = {"Final Glass Report", "Tempered",  "24 x 36",
+                                              "$1,234.50",          "Laminated", "Total $2,469.00"};
+    std::size_t at = 0;
+    for (const auto& expected : inOrder) {
+        const auto found = text.find(expected, at);
+        ASSERT_NE(found, std::string::npos) << "\"" << expected << "\" missing in:\n" << text;
+        at = found + expected.size();
+    }
+    EXPECT_EQ(test::toUtf8(doc->get_title()), "Job Glass Report");
+}
+
+TEST(WritePdf, FontsAreEmbeddedSubsetsOfLiberation) {
+    test::TempDir dir;
+    PageBuilder b = glassList();
+    writePdf(b.pages(), dir / "glass.pdf");
+
+    auto doc = openPdf(dir / "glass.pdf");
+    ASSERT_TRUE(doc);
+    std::vector<std::string> names;
+    for (const auto& info : doc->fonts()) {
+        SCOPED_TRACE(info.name());
+        EXPECT_TRUE(info.is_embedded());
+        EXPECT_TRUE(info.is_subset());
+        // A subset's name is a six-letter tag, "+", and the font's PostScript name.
+        const auto plus = info.name().find('+');
+        ASSERT_EQ(plus, 6u);
+        names.push_back(info.name().substr(plus + 1));
+    }
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names, (std::vector<std::string>{"LiberationSans", "LiberationSans-Bold"}));
+}
+
+TEST(WritePdf, EachPageHasItsOwnPaperSize) {
+    test::TempDir dir;
+    PageBuilder b;
+    b.addPage();
+    b.text(720, 1440, "portrait");
+    b.addPage(true);
+    b.text(720, 1440, "landscape");
+    b.addPage();
+    b.text(720, 1440, "portrait again");
+    writePdf(b.pages(), dir / "mixed.pdf");
+
+    auto doc = openPdf(dir / "mixed.pdf");
+    ASSERT_TRUE(doc);
+    ASSERT_EQ(doc->pages(), 3);
+    const std::pair<double, double> expected[] = {{612, 792}, {792, 612}, {612, 792}};
+    for (int i = 0; i < 3; ++i) {
+        std::unique_ptr<poppler::page> p(doc->create_page(i));
+        EXPECT_DOUBLE_EQ(p->page_rect().width(), expected[i].first) << "page " << i + 1;
+        EXPECT_DOUBLE_EQ(p->page_rect().height(), expected[i].second) << "page " << i + 1;
+    }
+    EXPECT_NE(pdfPageText(*doc, 1).find("landscape"), std::string::npos);
+}
+
+TEST(WritePdf, EmptyReportGivesOneBlankPageInItsOrientation) {
+    test::TempDir dir;
+    page::Pages pages;
+    pages.orientation = page::Orientation::Landscape;
+    writePdf(pages, dir / "empty.pdf");
+    auto doc = openPdf(dir / "empty.pdf");
+    ASSERT_TRUE(doc);
+    ASSERT_EQ(doc->pages(), 1);
+    std::unique_ptr<poppler::page> p(doc->create_page(0));
+    EXPECT_DOUBLE_EQ(p->page_rect().width(), 792);
+}
+
+TEST(WritePdf, ManyPagesStreamThroughOneWriter) {
+    test::TempDir dir;
+    PageBuilder b;
+    for (int i = 1; i <= 40; ++i) {
+        b.addPage();
+        b.text(720, 1440, "Page " + std::to_string(i) + " of 40");
+    }
+    PdfWriter writer(dir / "long.pdf", "Long");
+    for (const auto& p : b.pages().pages)
+        writer.addPage(p, b.pages().fonts);
+    EXPECT_EQ(writer.pageCount(), 40u);
+    EXPECT_FALSE(std::filesystem::exists(dir / "long.pdf")); // not before finish
+    writer.finish();
+    auto doc = openPdf(dir / "long.pdf");
+    ASSERT_TRUE(doc);
+    EXPECT_EQ(doc->pages(), 40);
+    EXPECT_NE(pdfPageText(*doc, 39).find("Page 40 of 40"), std::string::npos);
+}
+
+// Every way a write can fail: the error names the target, and the folder holds afterwards
+// exactly what it held before (no partial file, no temporary).
+TEST(WritePdf, FailureLeavesNoFileAndNoTemporary) {
+    struct Case {
+        const char* name;
+        std::function<void(const std::filesystem::path& dir, const std::filesystem::path& target)>
+            act;
+    };
+    const Case cases[] = {
+        {"target is a folder",
+         [](const auto&, const auto& target) {
+             std::filesystem::create_directory(target);
+             page::Pages pages;
+             pages.pages.emplace_back();
+             writePdf(pages, target);
+         }},
+        {"item names a font the pages lack",
+         [](const auto&, const auto& target) {
+             page::Pages pages;
+             page::TextItem item;
+             item.font = 3;
+             item.runs.push_back({0, 100, 10, "x"});
+             pages.pages.emplace_back().items.emplace_back(item);
+             writePdf(pages, target);
+         }},
+        {"font not installed",
+         [](const auto&, const auto& target) {
+             page::Pages pages;
+             pages.fonts.push_back({"Quarvex Missing Face", 10});
+             page::TextItem item;
+             item.runs.push_back({0, 100, 10, "x"});
+             pages.pages.emplace_back().items.emplace_back(item);
+             writePdf(pages, target);
+         }},
+        {"writer abandoned before finishing",
+         [](const auto&, const auto& target) {
+             PdfWriter writer(target, "t");
+             writer.addPage(page::Page{}, {});
+             throw Error(1, "test", "abandoned \"" + target.string() + "\"");
+         }},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        test::TempDir dir;
+        std::ofstream(dir / "other.txt") << "kept";
+        const auto target = dir / "out.pdf";
+        const auto before = folderContents(dir.path());
+        try {
+            c.act(dir.path(), target);
+            ADD_FAILURE() << "expected an error";
+        } catch (const Error& e) {
+            EXPECT_FALSE(e.description().empty());
+        }
+        auto after = folderContents(dir.path());
+        if (std::filesystem::is_directory(target)) {
+            EXPECT_TRUE(std::filesystem::is_empty(target));
+            std::erase(after, "out.pdf");
+        }
+        EXPECT_EQ(after, before);
+    }
+}
+
+TEST(WritePdf, MissingFolderIsAnErrorNamingThePath) {
+    test::TempDir dir;
+    const auto target = dir / "no-such-folder" / "out.pdf";
+    try {
+        writePdf(page::Pages{}, target);
+        FAIL() << "expected an error";
+    } catch (const Error& e) {
+        EXPECT_NE(e.description().find(target.string()), std::string::npos) << e.description();
+        EXPECT_NE(e.description().find("No such file or directory"), std::string::npos);
+    }
+}
+
+TEST(WritePdf, FailedWriteKeepsThePreviousFile) {
+    test::TempDir dir;
+    const auto target = dir / "report.pdf";
+    std::ofstream(target) << "previous export";
+    page::Pages broken;
+    page::TextItem item;
+    item.font = 0;
+    item.runs.push_back({0, 100, 10, "x"});
+    broken.pages.emplace_back().items.emplace_back(item);
+    EXPECT_THROW(writePdf(broken, target), Error);
+    std::ifstream in(target);
+    std::string content;
+    std::getline(in, content);
+    EXPECT_EQ(content, "previous export");
+    EXPECT_EQ(folderContents(dir.path()), std::vector<std::string>{"report.pdf"});
+}
+
+TEST(PdfExportFilter, WritesToTheFileNameItWasGiven) {
+    test::TempDir dir;
+    PageBuilder b = glassList();
+    auto filter = makePdfExportFilter();
+    EXPECT_THROW(filter->exportPages(b.pages()), Error);
+    filter->setFileName((dir / "J-Markup.pdf").string());
+    filter->exportPages(b.pages());
+    auto doc = openPdf(dir / "J-Markup.pdf");
+    ASSERT_TRUE(doc);
+    EXPECT_EQ(doc->pages(), 1);
+}
+
+} // namespace
+} // namespace qr::output
