@@ -12,6 +12,7 @@ namespace qr {
 namespace {
 
 using detail::DecimalDigits;
+using detail::scanNumberText;
 
 constexpr int kDoubleDigits = 15; // significant digits the runtime writes for a Double
 constexpr int kSingleDigits = 7;  // and for a Single
@@ -41,56 +42,6 @@ bool equalsNoCase(std::string_view a, std::string_view b) {
         }
     }
     return true;
-}
-
-// Number text as the runtime's numeric conversion reads it, down to exact decimal digits:
-// blanks around, parentheses or a sign for negatives, a "$" before or after the sign,
-// "," grouping in the integer part, a point, an exponent.
-std::optional<DecimalDigits> scanNumberText(std::string_view text) {
-    text = trimBlanks(text);
-    bool negative = false;
-    if (text.size() >= 2 && text.front() == '(' && text.back() == ')') {
-        negative = true;
-        text = trimBlanks(text.substr(1, text.size() - 2));
-    }
-    bool signSeen = negative;
-    bool dollarSeen = false;
-    while (!text.empty()) {
-        char c = text.front();
-        if ((c == '-' || c == '+') && !signSeen) {
-            signSeen = true;
-            negative = c == '-';
-        } else if (c == '$' && !dollarSeen) {
-            dollarSeen = true;
-        } else {
-            break;
-        }
-        text = trimBlanks(text.substr(1));
-    }
-    // Drop grouping commas (only between digits of the integer part).
-    char clean[128];
-    std::size_t n = 0;
-    bool inFraction = false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        char c = text[i];
-        if (c == ',' && !inFraction && n > 0 && clean[n - 1] >= '0' && clean[n - 1] <= '9' &&
-            i + 1 < text.size() && text[i + 1] >= '0' && text[i + 1] <= '9') {
-            continue;
-        }
-        if (n == sizeof clean) {
-            return std::nullopt;
-        }
-        inFraction = inFraction || c == '.' || c == 'e' || c == 'E' || c == 'd' || c == 'D';
-        clean[n++] = c;
-    }
-    if (n == 0 || clean[0] == '-' || clean[0] == '+') {
-        return std::nullopt;
-    }
-    auto digits = DecimalDigits::parse(std::string_view(clean, n));
-    if (digits) {
-        digits->negative = negative && !digits->isZero();
-    }
-    return digits;
 }
 
 // The runtime's number text: `significant` digits at most, trailing zeros dropped, exponent

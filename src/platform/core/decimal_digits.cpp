@@ -230,4 +230,69 @@ double DecimalDigits::toDouble() const {
     return negative ? -value : value;
 }
 
+namespace {
+
+bool isBlank(char c) {
+    return c == ' ' || c == '\t';
+}
+
+std::string_view trimBlanks(std::string_view text) {
+    while (!text.empty() && isBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && isBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+} // namespace
+
+std::optional<DecimalDigits> scanNumberText(std::string_view text) {
+    text = trimBlanks(text);
+    bool negative = false;
+    if (text.size() >= 2 && text.front() == '(' && text.back() == ')') {
+        negative = true;
+        text = trimBlanks(text.substr(1, text.size() - 2));
+    }
+    bool signSeen = negative;
+    bool dollarSeen = false;
+    while (!text.empty()) {
+        char c = text.front();
+        if ((c == '-' || c == '+') && !signSeen) {
+            signSeen = true;
+            negative = c == '-';
+        } else if (c == '$' && !dollarSeen) {
+            dollarSeen = true;
+        } else {
+            break;
+        }
+        text = trimBlanks(text.substr(1));
+    }
+    // Drop grouping commas (only between digits of the integer part).
+    char clean[128];
+    std::size_t n = 0;
+    bool inFraction = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        char c = text[i];
+        if (c == ',' && !inFraction && n > 0 && clean[n - 1] >= '0' && clean[n - 1] <= '9' &&
+            i + 1 < text.size() && text[i + 1] >= '0' && text[i + 1] <= '9') {
+            continue;
+        }
+        if (n == sizeof clean) {
+            return std::nullopt;
+        }
+        inFraction = inFraction || c == '.' || c == 'e' || c == 'E' || c == 'd' || c == 'D';
+        clean[n++] = c;
+    }
+    if (n == 0 || clean[0] == '-' || clean[0] == '+') {
+        return std::nullopt;
+    }
+    auto digits = DecimalDigits::parse(std::string_view(clean, n));
+    if (digits) {
+        digits->negative = negative && !digits->isZero();
+    }
+    return digits;
+}
+
 } // namespace qr::detail

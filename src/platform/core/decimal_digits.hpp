@@ -50,4 +50,10 @@ struct DecimalDigits {
     void roundAt(int decimals, bool halfEven);
 };
 
+/// Number text as the runtime's numeric conversion reads it, down to exact decimal digits:
+/// blanks around, parentheses or a sign for negatives, a "$" before or after the sign, ","
+/// grouping between digits of the integer part, a point, an exponent. Empty when the text
+/// is not a number.
+std::optional<DecimalDigits> scanNumberText(std::string_view text);
+
 } // namespace qr::detail
