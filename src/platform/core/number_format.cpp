@@ -440,6 +440,16 @@ struct NumberFormat::Parsed {
     }
 };
 
+NumberFormat::NumberFormat() {
+    static const std::shared_ptr<const Parsed> kGeneral = [] {
+        auto general = std::make_shared<Parsed>();
+        general->kind = FormatKind::General;
+        general->excel = "General";
+        return general;
+    }();
+    m_parsed = kGeneral;
+}
+
 NumberFormat NumberFormat::parse(std::string_view pattern) {
     auto parsed = std::make_shared<Parsed>();
     std::string_view effective = pattern;

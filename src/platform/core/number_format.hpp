@@ -33,6 +33,8 @@ namespace qr {
 
 class NumberFormat {
   public:
+    /// The general format, as parse("") gives it.
+    NumberFormat();
     /// Parse a pattern; raises Error (999, "NumberFormat") naming the pattern when it has no
     /// digit placeholder and no literal, ends in a lone backslash, has an exponent without
     /// digits, an empty first section or more than four sections. An empty pattern is valid

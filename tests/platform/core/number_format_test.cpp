@@ -251,6 +251,9 @@ TEST(NumberFormat, CopiesShareOneParseAndTheCacheSurvivesManyPatterns) {
     NumberFormat copy = area;
     EXPECT_EQ(copy.pattern(), "###,###.00");
     EXPECT_EQ(copy.format(0.5), ".50");
+    NumberFormat general;
+    EXPECT_EQ(general.format(0.5), "0.5");
+    EXPECT_EQ(general.excelPattern(), "General");
     // One page-count pattern per page: far more patterns than the cache keeps.
     for (int page = 1; page <= 1500; ++page) {
         std::string pattern = "\"Page  " + std::to_string(page) + " of  \"#";
