@@ -1,6 +1,6 @@
 #include "platform/host/error_log.hpp"
 
-#include "support/recording_host.hpp"
+#include "support/host/recording_host.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "support/recording_host.hpp"
+#include "support/host/recording_host.hpp"
 
 namespace qr::test {
 
