@@ -71,6 +71,7 @@ struct LineItem {
     int thickness = 15; // twips
     Color color = kBlack;
     std::string control;
+    std::string section; // design name of the section that printed it
     bool operator==(const LineItem&) const = default;
 };
 
@@ -81,6 +82,7 @@ struct RectItem {
     std::optional<Color> fill;
     bool rounded = false;
     std::string control;
+    std::string section; // design name of the section that printed it
     bool operator==(const RectItem&) const = default;
 };
 
@@ -88,6 +90,7 @@ struct CheckBoxItem {
     Rect box; // the square
     bool checked = false;
     std::string control;
+    std::string section; // design name of the section that printed it
     bool operator==(const CheckBoxItem&) const = default;
 };
 
@@ -116,7 +119,12 @@ struct Pages {
 /// A readable dump of one page (or all), one item a line in drawing order, for tests:
 ///   text  Detail/Field9 [5040,3600 900x240] R ".50"
 ///   line  ReportHeader/Line1 (720,2160)-(11520,2160)
-///   check Detail/CheckBox1 [..] x
+///   rect  PageFooter/Shape1 [720,14400 10800x480]
+///   check Detail/CheckBox1 [6480,3630 180x180] x
+/// Text is quoted with line breaks as \n, quotes and backslashes escaped; a check box shows x
+/// when checked and - when not; a rounded rectangle adds " rounded", a filled one " fill"
+/// and the colour as six hex digits. The dump of all pages puts a line "page N of M" before
+/// each page's items.
 std::string dump(const Page& page);
 std::string dump(const Pages& pages);
 

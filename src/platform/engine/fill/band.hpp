@@ -1,0 +1,48 @@
+#pragma once
+// One laid-out section instance (a band) on its way to a page: its items with x relative to
+// the band's left edge and y relative to its top, its height, and what still needs doing once
+// its page is known.
+
+#include "platform/engine/design/report_design.hpp"
+#include "platform/engine/page/page.hpp"
+
+#include <string>
+#include <vector>
+
+namespace qr::engine {
+
+class Control;
+
+/// A page-number or page-count box whose text is known only when the band has a page (or the
+/// run has ended).
+struct DeferredText {
+    int item = 0; ///< index of its TextItem in the band
+    SummaryKind kind = SummaryKind::PageCount;
+    std::string pattern; ///< output format, applied to the number
+    bool wrap = false;
+};
+
+/// Which control made a text or check-box item, and what the control showed then, so texts a
+/// BeforePrint handler changes are laid out again.
+struct ItemSource {
+    int item = -1; ///< -1: the text was empty and made no item
+    Control* control = nullptr;
+    unsigned revision = 0;
+    page::Rect box; ///< the item's box in the band
+};
+
+struct Band {
+    std::vector<page::Item> items;
+    std::vector<DeferredText> deferred;
+    std::vector<ItemSource> sources;
+    int height = 0;
+
+    void clear() {
+        items.clear();
+        deferred.clear();
+        sources.clear();
+        height = 0;
+    }
+};
+
+} // namespace qr::engine

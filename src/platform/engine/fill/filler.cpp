@@ -1,0 +1,528 @@
+#include "platform/engine/fill/filler.hpp"
+
+#include "platform/core/convert.hpp"
+#include "platform/core/error.hpp"
+#include "platform/core/number_format.hpp"
+#include "platform/engine/report.hpp"
+
+#include <algorithm>
+#include <climits>
+
+namespace qr::engine {
+
+namespace {
+
+// A sub-report's strip has no page bottom.
+constexpr int kEndlessBottom = INT_MAX / 4;
+
+bool sameGroupValue(const Variant& a, const Variant& b) {
+    if (a.isNumeric() && b.isNumeric())
+        return toDouble(a) == toDouble(b);
+    return a == b;
+}
+
+bool isRunningSummary(SummaryKind kind) {
+    return kind != SummaryKind::None && kind != SummaryKind::PageCount &&
+           kind != SummaryKind::PageNumber;
+}
+
+/// Marks the report as running for the lifetime of a run, whatever way the run ends.
+class RunGuard {
+  public:
+    RunGuard(bool& running, const Filler*& current, const Filler* filler)
+        : m_running(running), m_current(current), m_previous(current) {
+        m_running = true;
+        m_current = filler;
+    }
+    ~RunGuard() {
+        m_running = false;
+        m_current = m_previous;
+    }
+    RunGuard(const RunGuard&) = delete;
+    RunGuard& operator=(const RunGuard&) = delete;
+
+  private:
+    bool& m_running;
+    const Filler*& m_current;
+    const Filler* m_previous;
+};
+
+} // namespace
+
+Filler::Filler(Report& report, TextLayout& text)
+    : m_report(report), m_text(text),
+      m_builder(text, [this](SubReport& box, Band& strip) { runSubReport(box, strip); }) {
+    for (const auto& section : report.m_sections) {
+        Section* s = section.get();
+        switch (s->kind()) {
+        case SectionKind::ReportHeader:
+            m_reportHeader = s;
+            break;
+        case SectionKind::PageHeader:
+            m_pageHeader = s;
+            break;
+        case SectionKind::Detail:
+            m_detail = s;
+            break;
+        case SectionKind::PageFooter:
+            m_pageFooter = s;
+            break;
+        case SectionKind::ReportFooter:
+            m_reportFooter = s;
+            break;
+        case SectionKind::GroupHeader:
+            m_groups.push_back(Group{s, nullptr, -1});
+            break;
+        case SectionKind::GroupFooter:
+            for (Group& g : m_groups) {
+                if (g.header->name() == s->header())
+                    g.footer = s;
+            }
+            break;
+        }
+    }
+}
+
+// ---- The run --------------------------------------------------------------------------------
+
+void Filler::runPages() {
+    RunGuard guard(m_report.m_running, m_report.m_filler, this);
+    m_pages = &m_report.m_pages;
+    run();
+}
+
+void Filler::runStrip(int pageNumber, Band& strip) {
+    RunGuard guard(m_report.m_running, m_report.m_filler, this);
+    m_strip = &strip;
+    m_pageNumber = pageNumber;
+    run();
+}
+
+void Filler::run() {
+    if (!m_report.m_initialized) {
+        m_report.m_initialized = true;
+        m_report.initialize();
+    }
+    m_summaries.clear();
+    m_report.reportStart();
+    startData();
+    const bool haveRow = fetchRow(true);
+    setUpGroups(haveRow);
+    setUpSummaries(haveRow);
+
+    const PageSettings& settings = m_report.pageSettings();
+    if (m_pages) {
+        m_pages->title = m_report.title();
+        m_pages->orientation = settings.orientation;
+        m_pages->marginLeft = settings.marginLeft;
+        m_pages->marginTop = settings.marginTop;
+        m_pages->marginRight = settings.marginRight;
+        m_pages->marginBottom = settings.marginBottom;
+        m_pageWidth = settings.pageWidth();
+        m_pageHeight = settings.pageHeight();
+        checkPageRoom();
+        startPage();
+    } else {
+        m_paginator.beginPage(0, kEndlessBottom);
+    }
+    printSection(m_reportHeader);
+    if (m_pages && !m_pageHeaderDone)
+        printPageHeader();
+    processRows(haveRow);
+    printSection(m_reportFooter);
+    if (m_pages) {
+        finishPage();
+        resolvePageCounts();
+    } else {
+        m_strip->height = m_paginator.cursor();
+    }
+    m_report.reportEnd();
+}
+
+void Filler::startData() {
+    Fields& fields = m_report.m_fields;
+    RowCursor* rows = m_report.m_dataControl.recordset();
+    m_bound = rows != nullptr;
+    if (m_bound)
+        fields.bindColumns(*rows);
+    else
+        fields.unbindColumns();
+    resetControls();
+}
+
+void Filler::resetControls() {
+    // Field positions and font indices belong to one run (the columns and the font table are
+    // new each time).
+    for (const auto& control : m_report.m_controls) {
+        control->m_fontIndex = -1;
+        if (control->kind() == ControlKind::TextBox) {
+            auto& box = static_cast<TextBox&>(*control);
+            box.m_fieldIndex = -2;
+            box.m_summarySlot = -1;
+        } else if (control->kind() == ControlKind::CheckBox) {
+            static_cast<CheckBox&>(*control).m_fieldIndex = -2;
+        }
+    }
+}
+
+int Filler::resolveField(const std::string& field, bool haveRow, const std::string& user) {
+    const int index = m_report.m_fields.indexOf(field);
+    if (index < 0 && haveRow) {
+        const std::string& name = m_report.className();
+        throw Error(errc::kComponent, name,
+                    name + ": " + user + " uses the field " + field + ", which is " +
+                        (m_bound ? "not a column of the data source." : "not a report field."));
+    }
+    return index;
+}
+
+void Filler::setUpGroups(bool haveRow) {
+    for (Group& g : m_groups) {
+        const std::string& field = g.header->groupField();
+        g.field = field.empty()
+                      ? -1
+                      : resolveField(field, haveRow, "the group header " + g.header->name());
+    }
+}
+
+void Filler::setUpSummaries(bool haveRow) {
+    for (const auto& control : m_report.m_controls) {
+        if (control->kind() != ControlKind::TextBox)
+            continue;
+        auto& box = static_cast<TextBox&>(*control);
+        const Summary& summary = box.summary();
+        if (!isRunningSummary(summary.kind))
+            continue;
+        int group = -1;
+        for (size_t g = 0; g < m_groups.size(); ++g) {
+            if (m_groups[g].header->name() == summary.group)
+                group = static_cast<int>(g);
+        }
+        const int field = resolveField(box.dataField(), haveRow, "the summary " + box.name());
+        box.m_summarySlot = m_summaries.add(summary.kind, group, field, box.name());
+    }
+}
+
+// ---- Rows and groups ------------------------------------------------------------------------
+
+bool Filler::fetchRow(bool first) {
+    Fields& fields = m_report.m_fields;
+    fields.beginRow();
+    ++m_report.m_context.rowSerial;
+    if (m_bound) {
+        RowCursor* rows = m_report.m_dataControl.recordset();
+        if (rows == nullptr)
+            return false;
+        if (!first)
+            rows->moveNext();
+        if (rows->eof())
+            return false;
+        fields.loadRow(*rows);
+        bool eof = false; // a bound report's rows end with its recordset
+        m_report.fetchData(eof);
+        return true;
+    }
+    bool eof = true;
+    m_report.fetchData(eof);
+    return !eof;
+}
+
+int Filler::breakLevel() const {
+    const Fields& fields = m_report.m_fields;
+    for (size_t g = 0; g < m_groups.size(); ++g) {
+        const int f = m_groups[g].field;
+        if (f >= 0 && !sameGroupValue(fields.m_current[f], fields.m_previous[f]))
+            return static_cast<int>(g);
+    }
+    return static_cast<int>(m_groups.size());
+}
+
+void Filler::printGroupHeader(size_t group) {
+    m_summaries.resetGroup(static_cast<int>(group));
+    printSection(m_groups[group].header);
+}
+
+void Filler::processRows(bool haveRow) {
+    Fields& fields = m_report.m_fields;
+    if (!haveRow)
+        return;
+    for (size_t g = 0; g < m_groups.size(); ++g)
+        printGroupHeader(g);
+    const int groupCount = static_cast<int>(m_groups.size());
+    while (true) {
+        m_summaries.accumulate(fields, m_report.className());
+        printSection(m_detail);
+        haveRow = fetchRow(false);
+        const int level = haveRow ? breakLevel() : 0;
+        if (level < groupCount || !haveRow) {
+            // The footers close the groups that ended, so they show the last row of those.
+            fields.showPrevious();
+            for (int g = groupCount - 1; g >= level; --g)
+                printSection(m_groups[g].footer);
+        }
+        if (!haveRow)
+            break; // the report footer goes on showing the last row
+        fields.showCurrent();
+        for (int g = level; g < groupCount; ++g)
+            printGroupHeader(static_cast<size_t>(g));
+    }
+}
+
+// ---- Sections -------------------------------------------------------------------------------
+
+void Filler::bindSection(Section& section) {
+    const Fields& fields = m_report.m_fields;
+    for (Control* control : section.controls()) {
+        if (control->kind() == ControlKind::TextBox) {
+            auto& box = static_cast<TextBox&>(*control);
+            const SummaryKind kind = box.summary().kind;
+            if (box.m_summarySlot >= 0) {
+                box.bindValue(m_summaries.value(box.m_summarySlot));
+            } else if (kind == SummaryKind::PageNumber) {
+                box.bindValue(static_cast<std::int32_t>(m_pageNumber));
+            } else if (kind == SummaryKind::None && !box.setForCurrentRow()) {
+                if (box.m_fieldIndex == -2)
+                    box.m_fieldIndex =
+                        box.dataField().empty() ? -1 : fields.indexOf(box.dataField());
+                if (box.m_fieldIndex >= 0)
+                    box.bindValue(fields.value(box.m_fieldIndex));
+            }
+        } else if (control->kind() == ControlKind::CheckBox) {
+            auto& box = static_cast<CheckBox&>(*control);
+            if (box.m_setAt == m_report.m_context.rowSerial)
+                continue;
+            if (box.m_fieldIndex == -2)
+                box.m_fieldIndex = box.dataField().empty() ? -1 : fields.indexOf(box.dataField());
+            if (box.m_fieldIndex < 0)
+                continue;
+            const Variant& v = fields.value(box.m_fieldIndex);
+            box.m_settings.checked = !(v.isNull() || v.isEmpty()) && toBoolean(v);
+        }
+    }
+}
+
+void Filler::raiseFormat(Section& section) {
+    if (const auto& handler = m_report.m_formatHandlers[section.index()])
+        handler();
+}
+
+void Filler::raiseBeforePrint(Section& section) {
+    if (const auto& handler = m_report.m_beforePrintHandlers[section.index()])
+        handler();
+}
+
+void Filler::printSection(Section* section) {
+    if (section == nullptr)
+        return;
+    bindSection(*section);
+    raiseFormat(*section);
+    if (!section->visible())
+        return;
+    m_builder.build(*section, m_band);
+    place(*section, m_band);
+}
+
+void Filler::place(Section& section, Band& band) {
+    const bool paged = m_pages != nullptr;
+    if (paged && m_breakPending) {
+        m_breakPending = false;
+        if (!m_paginator.atTop())
+            newPage();
+    }
+    if (paged && section.newPageBefore() && !m_paginator.atTop())
+        newPage();
+    if (section.kind() == SectionKind::Detail && section.settings().columnCount > 1) {
+        placeColumns(section, band);
+    } else {
+        m_paginator.endColumns();
+        if (paged && !m_paginator.fits(band.height)) {
+            // Decide about moving the whole band before BeforePrint, so its handler runs with
+            // the page the band prints on.
+            m_builder.atoms(band, m_atoms);
+            if (m_paginator.decide(band.height, section.keepTogether(), m_atoms).action ==
+                Paginator::Action::NewPage)
+                newPage();
+        }
+        raiseBeforePrint(section);
+        m_builder.refresh(band);
+        placeFlow(section, band);
+    }
+    if (paged && section.newPageAfter())
+        m_breakPending = true;
+}
+
+void Filler::placeFlow(Section& section, Band& band) {
+    const int left = m_pages ? m_report.pageSettings().marginLeft : 0;
+    while (true) {
+        if (!m_pages || m_paginator.fits(band.height)) {
+            const int height = band.height;
+            emit(band, left, m_paginator.cursor());
+            m_paginator.advance(height);
+            return;
+        }
+        m_builder.atoms(band, m_atoms);
+        const Paginator::Decision d =
+            m_paginator.decide(band.height, section.keepTogether(), m_atoms);
+        switch (d.action) {
+        case Paginator::Action::Place: {
+            const int height = std::min(band.height, std::max(0, m_paginator.remaining()));
+            emit(band, left, m_paginator.cursor());
+            m_paginator.advance(height);
+            return;
+        }
+        case Paginator::Action::NewPage:
+            newPage();
+            break;
+        case Paginator::Action::Split:
+            m_builder.split(band, d.cut, m_tail);
+            emit(band, left, m_paginator.cursor());
+            m_paginator.advance(d.cut);
+            newPage();
+            std::swap(band, m_tail);
+            break;
+        }
+    }
+}
+
+void Filler::placeColumns(Section& section, Band& band) {
+    const SectionDesign& s = section.settings();
+    const int printWidth = m_report.pageSettings().printWidth;
+    ColumnSpec spec{s.columnCount, s.columnWidth, s.columnSpacing, s.columnDirection};
+    if (spec.width <= 0)
+        spec.width = (printWidth - spec.spacing * (spec.count - 1)) / spec.count;
+    Paginator::Slot slot = m_paginator.columnSlot(spec, band.height);
+    if (!slot.fits) {
+        newPage();
+        slot = m_paginator.columnSlot(spec, band.height);
+    }
+    raiseBeforePrint(section);
+    m_builder.refresh(band);
+    const int left = m_pages ? m_report.pageSettings().marginLeft : 0;
+    emit(band, left + slot.x, slot.y);
+}
+
+std::string Filler::pageNumberText(int number, const std::string& pattern) const {
+    if (pattern.empty())
+        return std::to_string(number);
+    return NumberFormat::parse(pattern).format(static_cast<double>(number));
+}
+
+void Filler::emit(Band& band, int dx, int dy) {
+    std::vector<page::Item>& target = m_pages ? m_pages->pages.back().items : m_strip->items;
+    const size_t base = target.size();
+    for (page::Item& item : band.items) {
+        BandBuilder::offset(item, dx, dy);
+        target.push_back(std::move(item));
+    }
+    for (DeferredText& d : band.deferred) {
+        const size_t index = base + static_cast<size_t>(d.item);
+        if (!m_pages) {
+            d.item = static_cast<int>(index);
+            m_strip->deferred.push_back(std::move(d));
+        } else if (d.kind == SummaryKind::PageNumber) {
+            auto& item = std::get<page::TextItem>(target[index]);
+            m_builder.resolve(item, pageNumberText(m_pageNumber, d.pattern), d.wrap);
+            item.numericValue = m_pageNumber;
+            item.format = d.pattern;
+        } else {
+            m_pageCounts.push_back(
+                PendingCount{m_pages->pages.size() - 1, index, std::move(d.pattern), d.wrap});
+        }
+    }
+    band.clear();
+}
+
+// ---- Pages ----------------------------------------------------------------------------------
+
+void Filler::checkPageRoom() const {
+    const PageSettings& s = m_report.pageSettings();
+    const int header = m_pageHeader && m_pageHeader->visible() ? m_pageHeader->height() : 0;
+    const int footer = m_pageFooter && m_pageFooter->visible() ? m_pageFooter->height() : 0;
+    if (s.marginTop + header + footer >= m_pageHeight - s.marginBottom) {
+        const std::string& name = m_report.className();
+        throw Error(errc::kComponent, name,
+                    name + ": the margins, page header and page footer leave no room for the "
+                           "body of the page.");
+    }
+}
+
+void Filler::startPage() {
+    ++m_pageNumber;
+    page::Page page;
+    page.width = m_pageWidth;
+    page.height = m_pageHeight;
+    page.items.reserve(m_itemsPerPage);
+    m_pages->pages.push_back(std::move(page));
+    const PageSettings& s = m_report.pageSettings();
+    const int footer = m_pageFooter && m_pageFooter->visible() ? m_pageFooter->height() : 0;
+    m_paginator.beginPage(s.marginTop, m_pageHeight - s.marginBottom - footer);
+    m_pageHeaderDone = false;
+}
+
+void Filler::newPage() {
+    finishPage();
+    startPage();
+    printPageHeader();
+}
+
+void Filler::printPageHeader() {
+    m_pageHeaderDone = true;
+    if (m_pageHeader == nullptr)
+        return;
+    bindSection(*m_pageHeader);
+    raiseFormat(*m_pageHeader);
+    if (!m_pageHeader->visible())
+        return;
+    m_builder.build(*m_pageHeader, m_pageBand);
+    raiseBeforePrint(*m_pageHeader);
+    m_builder.refresh(m_pageBand);
+    const int height = m_pageBand.height;
+    const bool freshPage = m_paginator.atTop();
+    emit(m_pageBand, m_report.pageSettings().marginLeft, m_paginator.cursor());
+    // On a fresh page the body starts under the header: a band standing there is at the top
+    // of the page. (On the first page the report header stands above it.)
+    if (freshPage)
+        m_paginator.beginPage(m_paginator.cursor() + height, m_paginator.bottom());
+    else
+        m_paginator.advance(height);
+}
+
+void Filler::finishPage() {
+    if (m_pageFooter != nullptr) {
+        bindSection(*m_pageFooter);
+        raiseFormat(*m_pageFooter);
+        if (m_pageFooter->visible()) {
+            m_builder.build(*m_pageFooter, m_pageBand);
+            raiseBeforePrint(*m_pageFooter);
+            m_builder.refresh(m_pageBand);
+            const PageSettings& s = m_report.pageSettings();
+            emit(m_pageBand, s.marginLeft, m_pageHeight - s.marginBottom - m_pageBand.height);
+        }
+    }
+    m_itemsPerPage = std::max(m_itemsPerPage, m_pages->pages.back().items.size());
+}
+
+void Filler::resolvePageCounts() {
+    const int total = static_cast<int>(m_pages->pages.size());
+    for (PendingCount& pending : m_pageCounts) {
+        auto& item = std::get<page::TextItem>(m_pages->pages[pending.page].items[pending.item]);
+        m_builder.resolve(item, pageNumberText(total, pending.pattern), pending.wrap);
+        item.numericValue = total;
+        item.format = pending.pattern;
+    }
+    m_pageCounts.clear();
+}
+
+// ---- Sub-reports ----------------------------------------------------------------------------
+
+void Filler::runSubReport(SubReport& box, Band& strip) {
+    Report& child = *box.report();
+    if (child.m_running)
+        throw Error(errc::kComponent, m_report.className(),
+                    m_report.className() + ": the sub-report " + box.name() + " runs " +
+                        child.className() + ", which is already running.");
+    Filler filler(child, m_text);
+    filler.runStrip(m_pageNumber, strip);
+}
+
+} // namespace qr::engine

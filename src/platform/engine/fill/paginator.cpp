@@ -1,0 +1,108 @@
+#include "platform/engine/fill/paginator.hpp"
+
+#include <algorithm>
+
+namespace qr::engine {
+
+void Paginator::beginPage(int top, int bottom) {
+    m_top = top;
+    m_bottom = bottom;
+    m_cursor = top;
+    m_inColumns = false;
+}
+
+void Paginator::advance(int height) {
+    m_cursor += height;
+}
+
+Paginator::Decision Paginator::decide(int height, bool keepTogether,
+                                      std::span<const Atom> atoms) const {
+    const int room = remaining();
+    if (height <= room)
+        return {Action::Place, 0};
+    // A page whose header and footer leave no body takes the band as it is.
+    if (atTop() && room <= 0)
+        return {Action::Place, 0};
+    int lastBottom = 0;
+    for (const Atom& a : atoms)
+        lastBottom = std::max(lastBottom, a.bottom);
+    if (lastBottom <= room)
+        return {Action::Place, 0};
+
+    if (keepTogether && !atTop())
+        return {Action::NewPage, 0};
+    const int cut = findCut(atoms, room);
+    if (cut > 0)
+        return {Action::Split, cut};
+    if (!atTop())
+        return {Action::NewPage, 0};
+    // Even an empty page cannot take the first uncuttable part: cut it at the bottom.
+    return {Action::Split, std::max(room, 1)};
+}
+
+int Paginator::findCut(std::span<const Atom> atoms, int limit) {
+    auto cutsNothing = [&](int y) {
+        return std::none_of(atoms.begin(), atoms.end(),
+                            [y](const Atom& a) { return a.top < y && y < a.bottom; });
+    };
+    int best = 0;
+    auto consider = [&](int y) {
+        if (y > best && y <= limit && cutsNothing(y))
+            best = y;
+    };
+    consider(limit);
+    if (best == limit)
+        return best;
+    for (const Atom& a : atoms) {
+        consider(a.top);
+        consider(a.bottom);
+    }
+    return best;
+}
+
+Paginator::Slot Paginator::columnSlot(const ColumnSpec& spec, int height) {
+    return spec.direction == ColumnDirection::AcrossThenDown ? acrossSlot(spec, height)
+                                                             : downSlot(spec, height);
+}
+
+Paginator::Slot Paginator::acrossSlot(const ColumnSpec& spec, int height) {
+    if (!m_inColumns) {
+        m_inColumns = true;
+        m_column = 0;
+        m_rowTop = m_cursor;
+        m_rowHeight = 0;
+    } else if (m_column >= spec.count) {
+        m_rowTop += m_rowHeight;
+        m_column = 0;
+        m_rowHeight = 0;
+    }
+    const bool pageEmpty = m_rowTop == m_top && m_column == 0;
+    if (m_rowTop + height > m_bottom && !pageEmpty)
+        return {false, 0, 0};
+    Slot slot{true, m_column * (spec.width + spec.spacing), m_rowTop};
+    ++m_column;
+    m_rowHeight = std::max(m_rowHeight, height);
+    m_cursor = std::max(m_cursor, m_rowTop + m_rowHeight);
+    return slot;
+}
+
+Paginator::Slot Paginator::downSlot(const ColumnSpec& spec, int height) {
+    if (!m_inColumns) {
+        m_inColumns = true;
+        m_column = 0;
+        m_columnsTop = m_cursor;
+        m_columnY = m_cursor;
+    }
+    if (m_columnY + height > m_bottom && m_columnY > m_columnsTop) {
+        ++m_column;
+        m_columnY = m_columnsTop;
+    }
+    if (m_column >= spec.count)
+        return {false, 0, 0};
+    Slot slot{true, m_column * (spec.width + spec.spacing), m_columnY};
+    m_columnY += height;
+    m_cursor = std::max(m_cursor, m_columnY);
+    return slot;
+}
+
+} // namespace qr::engine

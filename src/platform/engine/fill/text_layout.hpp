@@ -1,0 +1,65 @@
+#pragma once
+// Text layout, done once for every output: line breaks (CR LF, LF, CR), word wrap, alignment
+// and clipping, measured with the one text measurer. Widths are cached per font and string, so
+// a long report measures each distinct cell text once.
+
+#include "platform/engine/page/page.hpp"
+#include "platform/engine/page/text_measurer.hpp"
+
+#include <climits>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace qr::engine {
+
+class TextLayout {
+  public:
+    /// Lays text out with `measurer`, registering fonts in `pages.fonts`.
+    TextLayout(page::TextMeasurer& measurer, page::Pages& pages);
+
+    /// Index of `font` in the page collection's font table (added when new).
+    int fontIndex(const page::FontSpec& font);
+    const page::FontMetrics& metrics(int font);
+    /// Advance width of `text` in `font`, measured once per distinct string.
+    int width(int font, std::string_view text);
+
+    /// Lay `text` out in a box `boxWidth` wide. Runs are placed relative to the box: x from
+    /// its left, baseline from its top. With `wrap`, lines break between words (and inside a
+    /// word wider than the box); without it a line wider than the box keeps what fits (its
+    /// start, or its end when aligned right). Lines whose bottom falls below `maxHeight` are
+    /// left out, except the first. Returns the height all lines of the text need.
+    int layout(std::string_view text, int font, int boxWidth, page::Align align, bool wrap,
+               int maxHeight, std::vector<page::TextRun>& runs);
+
+    /// Number of distinct strings measured so far (for tests of the cache).
+    long measuredCount() const { return m_measured; }
+
+  private:
+    struct Hash {
+        using is_transparent = void;
+        size_t operator()(std::string_view s) const { return std::hash<std::string_view>{}(s); }
+    };
+    struct FontCache {
+        page::FontMetrics metrics;
+        std::unordered_map<std::string, int, Hash, std::equal_to<>> widths;
+    };
+
+    FontCache& cache(int font);
+    void addLine(std::string_view line, int font, int boxWidth, page::Align align, bool wrap,
+                 std::vector<std::string_view>& lines);
+    void wrapParagraph(std::string_view paragraph, int font, int boxWidth,
+                       std::vector<std::string_view>& lines);
+    std::string_view fitPrefix(std::string_view text, int font, int boxWidth);
+    std::string_view fitSuffix(std::string_view text, int font, int boxWidth);
+
+    page::TextMeasurer& m_measurer;
+    page::Pages& m_pages;
+    std::vector<FontCache> m_caches;
+    std::vector<std::string_view> m_lines; // scratch, reused between calls
+    long m_measured = 0;
+};
+
+} // namespace qr::engine
