@@ -1,6 +1,11 @@
 # Services the test suite needs, started privately for one test run and stopped after it.
 # Sourced by ./run test. Exports:
-#   QR_TEST_PG    connection string of a private PostgreSQL cluster (tests make their own databases)
+#   QR_TEST_PG         connection string of a private PostgreSQL cluster (tests make their own
+#                      databases)
+#   QR_TEST_ODBC_PG    ODBC connection string reaching that cluster through Debian's PostgreSQL
+#                      ODBC driver (tests append ;Database=<their database>)
+#   ODBCSYSINI, ODBCINI  a private driver and data source registration under the state folder,
+#                      so the tests do not depend on (or touch) the machine's ODBC setup
 # Nothing listens outside loopback, and nothing survives the run.
 
 services_start() {
@@ -9,6 +14,7 @@ services_start() {
   mkdir -p "$state"
   QR_SERVICES_STATE=$state
   _pg_start "$state/pg"
+  _odbc_register "$state/odbc"
 }
 
 services_stop() {
@@ -48,4 +54,37 @@ _pg_stop() {
   local dir=$1 bin
   bin=$(_pg_bin)
   [ -d "$dir/data" ] && _as_pg "$bin/pg_ctl" -D "$dir/data" -m fast -w stop >/dev/null 2>&1 || true
+}
+
+_odbc_driver() {
+  # The driver library of a Debian ODBC package, wherever the architecture puts it.
+  dpkg -L "$1" 2>/dev/null | grep "/$2\$" | head -n 1
+}
+
+_odbc_register() {
+  local dir=$1 pg_driver sqlite_driver port
+  pg_driver=$(_odbc_driver odbc-postgresql psqlodbcw.so)
+  sqlite_driver=$(_odbc_driver libsqliteodbc libsqlite3odbc.so)
+  mkdir -p "$dir"
+  {
+    if [ -n "$pg_driver" ]; then
+      printf '[QuarvexPostgreSQL]\nDescription=PostgreSQL (Unicode) for the test run\nDriver=%s\n\n' "$pg_driver"
+    fi
+    if [ -n "$sqlite_driver" ]; then
+      printf '[QuarvexSQLite3]\nDescription=SQLite 3 for the test run\nDriver=%s\n\n' "$sqlite_driver"
+    fi
+  } >"$dir/odbcinst.ini"
+  : >"$dir/odbc.ini"
+  export ODBCSYSINI=$dir
+  export ODBCINI=$dir/odbc.ini
+  if [ -z "$pg_driver" ] || [ -z "${QR_TEST_PG:-}" ]; then
+    echo "test-services: PostgreSQL ODBC driver not found; ODBC tests will be skipped" >&2
+    return 0
+  fi
+  port=${QR_TEST_PG##*:}
+  port=${port%%/*}
+  printf '[QuarvexTestPG]\nDriver=QuarvexPostgreSQL\nServername=127.0.0.1\nPort=%s\nUsername=postgres\nDatabase=postgres\n' \
+    "$port" >"$dir/odbc.ini"
+  export QR_TEST_ODBC_PG="odbc:DSN=QuarvexTestPG"
+  echo "test-services: ODBC data source QuarvexTestPG registered in $dir"
 }

@@ -1,0 +1,216 @@
+#include "platform/db/connection_string.hpp"
+
+#include "platform/db/db_error.hpp"
+
+#include <algorithm>
+#include <cctype>
+
+namespace qr::db {
+namespace {
+
+constexpr std::string_view kSqlitePrefix = "sqlite:";
+constexpr std::string_view kOdbcPrefix = "odbc:";
+constexpr std::string_view kPgPrefixes[] = {"postgresql://", "postgres://"};
+
+bool startsWithNoCase(std::string_view text, std::string_view prefix) {
+    if (text.size() < prefix.size())
+        return false;
+    for (std::size_t i = 0; i < prefix.size(); ++i)
+        if (std::tolower(static_cast<unsigned char>(text[i])) !=
+            std::tolower(static_cast<unsigned char>(prefix[i])))
+            return false;
+    return true;
+}
+
+std::size_t pgPrefixLength(std::string_view text) {
+    for (auto prefix : kPgPrefixes)
+        if (startsWithNoCase(text, prefix))
+            return prefix.size();
+    return 0;
+}
+
+[[noreturn]] void invalid(std::string_view text, const std::string& why) {
+    throw Error(dberr::kProviderError, kConnectionSource,
+                "Invalid connection string '" + maskConnectionString(text) + "': " + why +
+                    " (expected sqlite:PATH, postgresql://user@host:port/db or "
+                    "odbc:<ODBC connection string>)");
+}
+
+int hexValue(char c) {
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    return -1;
+}
+
+/// Undo the %XX escapes a URI uses for reserved characters in user names and passwords.
+std::string percentDecode(std::string_view text, std::string_view whole) {
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '%') {
+            out += text[i];
+            continue;
+        }
+        if (i + 2 >= text.size())
+            invalid(whole, "bad % escape");
+        int hi = hexValue(text[i + 1]), lo = hexValue(text[i + 2]);
+        if (hi < 0 || lo < 0)
+            invalid(whole, "bad % escape");
+        out += static_cast<char>(hi * 16 + lo);
+        i += 2;
+    }
+    return out;
+}
+
+ConnectionSpec parsePostgres(std::string_view text, std::size_t prefixLength) {
+    ConnectionSpec spec;
+    spec.engine = Engine::PostgreSQL;
+    std::string_view rest = text.substr(prefixLength);
+
+    std::string_view query;
+    if (auto q = rest.find('?'); q != std::string_view::npos) {
+        query = rest.substr(q + 1);
+        rest = rest.substr(0, q);
+    }
+    auto slash = rest.find('/');
+    if (slash == std::string_view::npos)
+        invalid(text, "no database name after the host");
+    std::string_view authority = rest.substr(0, slash);
+    spec.database = percentDecode(rest.substr(slash + 1), text);
+    if (spec.database.empty())
+        invalid(text, "no database name after the host");
+
+    if (auto at = authority.rfind('@'); at != std::string_view::npos) {
+        std::string_view credentials = authority.substr(0, at);
+        authority = authority.substr(at + 1);
+        if (auto colon = credentials.find(':'); colon != std::string_view::npos) {
+            spec.password = percentDecode(credentials.substr(colon + 1), text);
+            credentials = credentials.substr(0, colon);
+        }
+        spec.user = percentDecode(credentials, text);
+    }
+    if (auto colon = authority.rfind(':'); colon != std::string_view::npos) {
+        std::string_view port = authority.substr(colon + 1);
+        authority = authority.substr(0, colon);
+        if (port.empty() || port.size() > 5 ||
+            !std::all_of(port.begin(), port.end(), [](char c) { return c >= '0' && c <= '9'; }))
+            invalid(text, "the port is not a number");
+        spec.port = std::stoi(std::string(port));
+        if (spec.port < 1 || spec.port > 65535)
+            invalid(text, "the port is out of range");
+    }
+    spec.host = percentDecode(authority, text);
+
+    while (!query.empty()) {
+        auto amp = query.find('&');
+        std::string_view pair = query.substr(0, amp);
+        query = amp == std::string_view::npos ? std::string_view() : query.substr(amp + 1);
+        auto eq = pair.find('=');
+        std::string_view key = pair.substr(0, eq);
+        std::string value =
+            eq == std::string_view::npos ? std::string() : percentDecode(pair.substr(eq + 1), text);
+        if (key == "host")
+            spec.host = value;
+        else if (key == "user")
+            spec.user = value;
+        else if (key == "password")
+            spec.password = value;
+        else
+            invalid(text, "unknown option '" + std::string(key) + "'");
+    }
+    if (spec.host.empty())
+        invalid(text, "no host");
+    return spec;
+}
+
+/// Mask the value of every `key=value` in an ODBC string whose key is a password key.
+std::string maskOdbc(std::string_view text) {
+    std::string out;
+    std::size_t i = 0;
+    while (i < text.size()) {
+        std::size_t semi = text.find(';', i);
+        std::size_t end = semi == std::string_view::npos ? text.size() : semi;
+        std::string_view part = text.substr(i, end - i);
+        auto eq = part.find('=');
+        std::string key(part.substr(0, eq));
+        key.erase(
+            std::remove_if(key.begin(), key.end(), [](unsigned char c) { return std::isspace(c); }),
+            key.end());
+        std::transform(key.begin(), key.end(), key.begin(),
+                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        if (eq != std::string_view::npos && (key == "pwd" || key == "password")) {
+            out += part.substr(0, eq + 1);
+            out += "***";
+            // A braced value may itself hold ';': skip to its closing brace.
+            std::size_t valueStart = i + eq + 1;
+            if (valueStart < text.size() && text[valueStart] == '{') {
+                auto close = text.find('}', valueStart);
+                end = close == std::string_view::npos ? text.size() : close + 1;
+                semi = text.find(';', end);
+                end = semi == std::string_view::npos ? text.size() : semi;
+            }
+        } else {
+            out += part;
+        }
+        if (end < text.size())
+            out += ';';
+        i = end + 1;
+    }
+    return out;
+}
+
+} // namespace
+
+std::string maskConnectionString(std::string_view text) {
+    if (std::size_t n = pgPrefixLength(text)) {
+        std::string_view rest = text.substr(n);
+        auto slash = rest.find('/');
+        std::string_view authority = rest.substr(0, slash);
+        auto at = authority.rfind('@');
+        std::string out(text);
+        if (at != std::string_view::npos) {
+            auto colon = authority.substr(0, at).find(':');
+            if (colon != std::string_view::npos)
+                out = std::string(text.substr(0, n + colon + 1)) + "***" +
+                      std::string(text.substr(n + at));
+        }
+        // A password given as a query option is masked too.
+        auto pos = out.find("password=");
+        if (pos != std::string::npos && pos > 0 && (out[pos - 1] == '?' || out[pos - 1] == '&')) {
+            auto end = out.find('&', pos);
+            out = out.substr(0, pos + 9) + "***" +
+                  (end == std::string::npos ? std::string() : out.substr(end));
+        }
+        return out;
+    }
+    if (startsWithNoCase(text, kOdbcPrefix))
+        return std::string(text.substr(0, kOdbcPrefix.size())) +
+               maskOdbc(text.substr(kOdbcPrefix.size()));
+    return std::string(text);
+}
+
+ConnectionSpec parseConnectionString(std::string_view text) {
+    if (startsWithNoCase(text, kSqlitePrefix)) {
+        ConnectionSpec spec;
+        spec.engine = Engine::SQLite;
+        spec.path = std::string(text.substr(kSqlitePrefix.size()));
+        if (spec.path.empty())
+            invalid(text, "no database file after sqlite:");
+        return spec;
+    }
+    if (std::size_t n = pgPrefixLength(text))
+        return parsePostgres(text, n);
+    if (startsWithNoCase(text, kOdbcPrefix)) {
+        ConnectionSpec spec;
+        spec.engine = Engine::Odbc;
+        spec.odbc = std::string(text.substr(kOdbcPrefix.size()));
+        if (spec.odbc.find_first_not_of(" \t") == std::string::npos)
+            invalid(text, "no ODBC connection string after odbc:");
+        return spec;
+    }
+    invalid(text, "unknown kind of connection");
+}
+
+} // namespace qr::db

@@ -1,0 +1,290 @@
+#include "platform/db/recordset.hpp"
+
+#include "platform/db/db_error.hpp"
+#include "platform/db/field_values.hpp"
+#include "platform/db/session.hpp"
+
+#include <QSqlDriver>
+#include <QSqlError>
+#include <QSqlField>
+#include <QSqlRecord>
+#include <algorithm>
+#include <cctype>
+#include <regex>
+
+namespace qr::db {
+namespace {
+
+std::string lower(std::string_view text) {
+    std::string out(text);
+    std::transform(out.begin(), out.end(), out.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return out;
+}
+
+std::string trim(const std::string& text) {
+    const auto first = text.find_first_not_of(" \t\r\n");
+    if (first == std::string::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
+}
+
+/// The table of "SELECT * FROM T", optionally followed by WHERE or ORDER BY; "" otherwise.
+std::string singleTableOf(const std::string& sql) {
+    static const std::regex pattern(
+        R"(^\s*select\s+\*\s+from\s+([A-Za-z_][A-Za-z0-9_]*|\[[A-Za-z_][A-Za-z0-9_]*\]|"[A-Za-z_][A-Za-z0-9_]*")(\s+(where|order)\b[\s\S]*)?\s*;?\s*$)",
+        std::regex::icase | std::regex::ECMAScript);
+    std::smatch match;
+    if (std::regex_match(sql, match, pattern))
+        return match[1].str();
+    return {};
+}
+
+bool locksForWriting(LockType lock) {
+    return lock == LockType::Optimistic || lock == LockType::Pessimistic ||
+           lock == LockType::BatchOptimistic;
+}
+
+[[noreturn]] void raise(int number, const char* text) {
+    throw Error(number, kRecordsetSource, text);
+}
+
+} // namespace
+
+Recordset::Recordset(std::shared_ptr<detail::Session> session, const std::string& source,
+                     CursorType /*cursor: every cursor is read as a snapshot*/, LockType lock)
+    : m_source(source) {
+    const std::string trimmed = trim(source);
+    std::string sql = source;
+    std::string table;
+    if (detail::isIdentifier(trimmed)) {
+        // A bare table name is the whole source, as the classic library accepted it.
+        sql = "SELECT * FROM " + trimmed;
+        table = trimmed;
+    } else {
+        table = singleTableOf(source);
+    }
+    if (locksForWriting(lock) && !table.empty())
+        m_table = table;
+    m_session = std::move(session);
+    readRows(sql);
+    // Read-only recordsets are plain snapshots; only writers keep the database.
+    if (m_table.empty())
+        m_session.reset();
+    m_open = true;
+}
+
+Recordset::~Recordset() = default;
+
+void Recordset::readRows(const std::string& sql) {
+    QSqlQuery query = m_session->run(sql);
+    const QSqlRecord record = query.record();
+    const int count = record.count();
+    for (int i = 0; i < count; ++i) {
+        std::string name = record.fieldName(i).toStdString();
+        m_kinds.push_back(columnKindOf(name));
+        m_declared.push_back(record.field(i).metaType());
+        m_index.emplace(lower(name), static_cast<std::size_t>(i)); // the first of a name wins
+        m_columns.push_back(std::move(name));
+    }
+    const bool keepRaw = !m_table.empty();
+    while (query.next()) {
+        for (int i = 0; i < count; ++i) {
+            QVariant raw = query.value(i);
+            m_values.push_back(fromDriverValue(raw, m_kinds[i], m_declared[i]));
+            if (keepRaw)
+                m_raw.push_back(std::move(raw));
+        }
+        ++m_rowCount;
+    }
+}
+
+bool Recordset::eof() const {
+    return !m_open || m_row >= m_rowCount;
+}
+bool Recordset::bof() const {
+    return m_open && m_rowCount == 0;
+}
+
+void Recordset::moveNext() {
+    if (!m_open)
+        raise(dberr::kObjectClosed, kObjectClosedText);
+    if (eof())
+        raise(dberr::kNoCurrentRecord, kNoCurrentRecordText);
+    update();
+    ++m_row;
+}
+
+void Recordset::moveFirst() {
+    if (!m_open)
+        raise(dberr::kObjectClosed, kObjectClosedText);
+    update();
+    m_row = 0;
+}
+
+long Recordset::recordCount() const {
+    if (!m_open)
+        raise(dberr::kObjectClosed, kObjectClosedText);
+    return static_cast<long>(m_rowCount);
+}
+
+const std::vector<std::string>& Recordset::columns() const {
+    return m_columns;
+}
+
+bool Recordset::hasColumn(std::string_view name) const {
+    return m_index.count(lower(name)) != 0;
+}
+
+std::size_t Recordset::columnIndex(std::string_view name) const {
+    auto found = m_index.find(lower(name));
+    if (found == m_index.end())
+        raise(dberr::kItemNotFound, kItemNotFoundText);
+    return found->second;
+}
+
+void Recordset::requireCurrentRow() const {
+    if (!m_open)
+        raise(dberr::kObjectClosed, kObjectClosedText);
+    if (eof())
+        raise(dberr::kNoCurrentRecord, kNoCurrentRecordText);
+}
+
+Variant Recordset::value(std::string_view name) const {
+    if (!m_open)
+        raise(dberr::kObjectClosed, kObjectClosedText);
+    const std::size_t column = columnIndex(name);
+    requireCurrentRow();
+    if (auto pending = m_pending.find(column); pending != m_pending.end())
+        return asStored(column, pending->second);
+    return m_values[m_row * m_columns.size() + column];
+}
+
+void Recordset::close() {
+    m_pending.clear();
+    m_values.clear();
+    m_raw.clear();
+    m_session.reset();
+    m_open = false;
+}
+
+void Recordset::setValue(std::string_view name, const Variant& value) {
+    if (!m_open)
+        raise(dberr::kObjectClosed, kObjectClosedText);
+    if (!updatable())
+        raise(dberr::kNotUpdatable, kNotUpdatableText);
+    const std::size_t column = columnIndex(name);
+    requireCurrentRow();
+    m_pending[column] = value;
+}
+
+void Recordset::cancelUpdate() {
+    m_pending.clear();
+}
+
+Variant Recordset::asStored(std::size_t column, const Variant& value) const {
+    const bool dateAsText = m_session && m_session->engine == Engine::SQLite;
+    return fromDriverValue(toBindValue(value, dateAsText), m_kinds[column], m_declared[column]);
+}
+
+std::string Recordset::whereClause(const std::vector<std::size_t>& keyColumns,
+                                   QVariantList& params) const {
+    const QSqlDriver* driver = m_session->database().driver();
+    std::string where;
+    for (std::size_t column : keyColumns) {
+        const QVariant& original = m_raw[m_row * m_columns.size() + column];
+        const std::string name =
+            driver
+                ->escapeIdentifier(QString::fromStdString(m_columns[column]), QSqlDriver::FieldName)
+                .toStdString();
+        if (!where.empty())
+            where += " AND ";
+        if (!original.isValid() || original.isNull()) {
+            where += name + " IS NULL";
+        } else {
+            where += name + " = ?";
+            params << original;
+        }
+    }
+    return where;
+}
+
+void Recordset::update() {
+    if (m_pending.empty())
+        return;
+    requireCurrentRow();
+    const QSqlDriver* driver = m_session->database().driver();
+    const bool dateAsText = m_session->engine == Engine::SQLite;
+
+    std::string sql = "UPDATE " + m_table + " SET ";
+    QVariantList params;
+    std::vector<std::pair<std::size_t, QVariant>> written;
+    bool first = true;
+    for (const auto& [column, value] : m_pending) {
+        if (!first)
+            sql += ", ";
+        first = false;
+        sql +=
+            driver
+                ->escapeIdentifier(QString::fromStdString(m_columns[column]), QSqlDriver::FieldName)
+                .toStdString();
+        if (value.type() == VarType::Currency) {
+            // Exact decimal literal: no driver gets the chance to make a double of it.
+            const std::string literal = sqlMoneyLiteral(value.asCurrency());
+            sql += " = " + literal;
+            written.emplace_back(column, QVariant(QString::fromStdString(literal)));
+        } else {
+            sql += " = ?";
+            QVariant bound = toBindValue(value, dateAsText);
+            params << bound;
+            written.emplace_back(column, bound);
+        }
+    }
+
+    std::vector<std::size_t> whereColumns;
+    for (const std::string& key : m_session->primaryKey(m_table)) {
+        auto found = m_index.find(lower(key));
+        if (found == m_index.end()) {
+            whereColumns.clear();
+            break;
+        }
+        whereColumns.push_back(found->second);
+    }
+    if (whereColumns.empty())
+        for (std::size_t c = 0; c < m_columns.size(); ++c)
+            whereColumns.push_back(c);
+    sql += " WHERE " + whereClause(whereColumns, params);
+
+    // Run alone in a transaction, so that an update that would touch several rows touches none.
+    QSqlDatabase db = m_session->database();
+    const bool ownTransaction = !m_session->inTransaction &&
+                                db.driver()->hasFeature(QSqlDriver::Transactions) &&
+                                db.transaction();
+    long affected = 0;
+    try {
+        QSqlQuery query = m_session->run(sql, params);
+        affected = query.numRowsAffected();
+    } catch (...) {
+        if (ownTransaction)
+            db.rollback();
+        throw;
+    }
+    if (affected != 1) {
+        if (ownTransaction)
+            db.rollback();
+        if (affected == 0)
+            throw Error(dberr::kRowNotLocated, kRecordsetSource, kRowNotLocatedText);
+        throw Error(dberr::kProviderError, kRecordsetSource, kTooManyRowsText);
+    }
+    if (ownTransaction && !db.commit())
+        m_session->fail(db.lastError());
+
+    const std::size_t base = m_row * m_columns.size();
+    for (const auto& [column, value] : m_pending)
+        m_values[base + column] = asStored(column, value);
+    for (auto& [column, bound] : written)
+        m_raw[base + column] = std::move(bound);
+    m_pending.clear();
+}
+
+} // namespace qr::db
