@@ -17,10 +17,10 @@ struct Job {
 
 /// Heading members shared by the report-data types.
 struct ReportHeading {
-    User User;
-    Company Company;
-    Vendor Vendor;
-    Job Job;
+    ::qr::host::User User;
+    ::qr::host::Company Company;
+    ::qr::host::Vendor Vendor;
+    ::qr::host::Job Job;
 };
 
 /// Data of the four final glass reports: the heading, the host's glass query and the
@@ -52,10 +52,10 @@ struct UserDefaults {
 
 /// What PrintElevationPartsReport builds from host services for its report.
 struct ElevationPartsReportData {
-    Company Company;
-    ElevationData Elevation;
-    User User;
-    Vendor Vendor;
+    ::qr::host::Company Company;
+    ::qr::host::ElevationData Elevation;
+    ::qr::host::User User;
+    ::qr::host::Vendor Vendor;
     PartsReportListItems PartsRows;
 };
 

@@ -1,6 +1,11 @@
 #include "platform/host/standalone_host.hpp"
 
+#include "platform/core/convert.hpp"
 #include "platform/core/error.hpp"
+#include "platform/core/system_formats.hpp"
+#include "platform/db/connection.hpp"
+#include "platform/db/connection_string.hpp"
+#include "platform/db/recordset.hpp"
 
 #include <filesystem>
 #include <iostream>
@@ -9,11 +14,28 @@ namespace qr::host {
 
 namespace {
 
+// Text of a column of the first row, "" when there is no row, no such column or a Null.
+std::string firstRowText(db::Recordset& rows, const char* column) {
+    if (rows.eof() || !rows.hasColumn(column)) return {};
+    Variant value = rows.value(column);
+    return value.isNull() || value.isEmpty() ? std::string() : toText(value);
+}
+
 class ConfigUserService : public UserService {
   public:
     explicit ConfigUserService(const StandaloneConfig& config) : m_config(config) {}
     void setConnection(ConnectionRef connection) override { m_connection = std::move(connection); }
     User getUser(std::int32_t userId) override {
+        if (m_connection) {
+            auto rows = m_connection->openRecordset("SELECT * FROM Users WHERE UserID=" +
+                                                    std::to_string(userId));
+            User user;
+            user.id = userId;
+            user.name = firstRowText(*rows, "sName");
+            user.phone = firstRowText(*rows, "sPhone");
+            user.email = firstRowText(*rows, "sEmail");
+            return user;
+        }
         auto it = m_config.users.find(userId);
         if (it == m_config.users.end()) {
             User none;
@@ -32,7 +54,16 @@ class ConfigCompanyService : public CompanyService {
   public:
     explicit ConfigCompanyService(const StandaloneConfig& config) : m_config(config) {}
     void setConnection(ConnectionRef connection) override { m_connection = std::move(connection); }
-    Company getCompany() override { return m_config.company; }
+    Company getCompany() override {
+        if (!m_connection) return m_config.company;
+        auto rows = m_connection->openRecordset("SELECT * FROM Company");
+        Company company;
+        company.name = firstRowText(*rows, "sName");
+        company.phone = firstRowText(*rows, "sPhone");
+        company.fax = firstRowText(*rows, "sFax");
+        company.email = firstRowText(*rows, "sEmail");
+        return company;
+    }
 
   private:
     const StandaloneConfig& m_config;
@@ -43,7 +74,11 @@ class ConfigVendorService : public VendorService {
   public:
     explicit ConfigVendorService(const StandaloneConfig& config) : m_config(config) {}
     void setConnection(ConnectionRef connection) override { m_connection = std::move(connection); }
-    Vendor getVendor() override { return m_config.vendor; }
+    Vendor getVendor() override {
+        if (!m_connection) return m_config.vendor;
+        auto rows = m_connection->openRecordset("SELECT * FROM Vendor");
+        return Vendor{firstRowText(*rows, "sName")};
+    }
 
   private:
     const StandaloneConfig& m_config;
@@ -51,11 +86,30 @@ class ConfigVendorService : public VendorService {
 };
 
 class ConfigSettingService : public UserSettingService {
+    static std::string quoted(const std::string& text) {
+        std::string out;
+        for (char c : text) {
+            out += c;
+            if (c == '\'') out += '\'';
+        }
+        return out;
+    }
+
   public:
     explicit ConfigSettingService(const StandaloneConfig& config) : m_config(config) {}
     void setConnection(ConnectionRef connection) override { m_connection = std::move(connection); }
     std::int32_t getSetting(std::int32_t userId, const std::string& name,
                             std::int32_t defaultValue) override {
+        if (m_connection) {
+            // The name is the component's own constant ("LblTop", "LblLeft"), never user input;
+            // its quotes are doubled all the same.
+            auto rows = m_connection->openRecordset(
+                "SELECT * FROM UserSettings WHERE UserID=" + std::to_string(userId) +
+                " AND sName='" + quoted(name) + "'");
+            if (rows->eof()) return defaultValue;
+            Variant value = rows->value("iValue");
+            return value.isNull() ? defaultValue : toLong(value);
+        }
         auto it = m_config.settings.find({userId, name});
         return it == m_config.settings.end() ? defaultValue : it->second;
     }
@@ -68,8 +122,22 @@ class ConfigSettingService : public UserSettingService {
 class ConfigPathHelper : public PathHelper {
   public:
     explicit ConfigPathHelper(const StandaloneConfig& config) : m_config(config) {}
-    std::string sourceOf(const ConnectionRef&) override { return m_config.vendorPath; }
-    std::string folderOf(const std::string& source) override { return source; }
+    // The source is the vendor connection's (masked) string; the folder is the configured
+    // vendor folder, else a SQLite database's folder, else the working folder.
+    std::string sourceOf(const ConnectionRef& vendorConnection) override {
+        return vendorConnection ? vendorConnection->describe() : std::string();
+    }
+    std::string folderOf(const std::string& source) override {
+        if (!m_config.vendorPath.empty()) return m_config.vendorPath;
+        if (source.rfind("sqlite:", 0) == 0) {
+            auto spec = db::parseConnectionString(source);
+            if (spec.path != ":memory:") {
+                auto folder = std::filesystem::absolute(spec.path).parent_path();
+                return folder.string();
+            }
+        }
+        return std::filesystem::current_path().string();
+    }
     void afterExport(const std::string&, bool) override {}
 
   private:
@@ -144,9 +212,25 @@ std::vector<UsageEntry> StandaloneHost::usageEntries() const {
     return m_usage;
 }
 
-void StandaloneHost::addUsage(UsageEntry entry) {
+void StandaloneHost::setLogConnection(ConnectionRef connection) {
     std::lock_guard lock(m_mutex);
-    m_usage.push_back(std::move(entry));
+    m_logConnection = std::move(connection);
+}
+
+void StandaloneHost::addUsage(UsageEntry entry) {
+    ConnectionRef log;
+    {
+        std::lock_guard lock(m_mutex);
+        m_usage.push_back(entry);
+        log = m_logConnection;
+    }
+    if (!log) return;
+    const auto now = Clock::now();
+    log->execute("INSERT INTO UsageLog (dLogged, sOutcome, sCategory, sLabel, sError) "
+                 "VALUES (?, ?, ?, ?, ?)",
+                 {Variant(now), Variant(entry.outcome), Variant(entry.category),
+                  Variant(entry.label),
+                  entry.error.empty() ? Variant::null() : Variant(entry.error)});
 }
 
 } // namespace qr::host

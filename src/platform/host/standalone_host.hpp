@@ -1,9 +1,11 @@
 #pragma once
 // The standalone host: a real implementation of the host classes for use outside the host
-// application (the command line, the demo, the tests). It answers the user, company, vendor and
-// setting look-ups from its configuration, makes folders with std::filesystem, shows error
-// dialogs through the platform message box, and keeps every usage and error entry it is given
-// (and prints error entries on standard error).
+// application (the command line, the demo, the tests). Given connections, its services read the
+// master database's Users, Company and UserSettings tables and the vendor database's Vendor
+// table; without one they answer from the configuration. It makes folders with
+// std::filesystem, shows error dialogs through the platform message box, and keeps every usage
+// and error entry it is given, writing them to the master database's UsageLog table when it has
+// a log connection (error entries also go to standard error).
 
 #include "platform/host/services.hpp"
 
@@ -22,7 +24,8 @@ struct StandaloneConfig {
     Vendor vendor;
     /// (user id, setting name) -> value, e.g. {1, "LblTop"} -> 90.
     std::map<std::pair<std::int32_t, std::string>, std::int32_t> settings;
-    /// The vendor data folder PathHelper reports.
+    /// The vendor data folder PathHelper reports. Empty: derived from the vendor connection
+    /// (a SQLite database's folder; the working folder for a server database).
     std::string vendorPath;
 };
 
@@ -60,11 +63,15 @@ class StandaloneHost : public HostClasses,
     const StandaloneConfig& config() const { return m_config; }
 
     void addUsage(UsageEntry entry);
+    /// The connection usage and error entries are written to (the master database); none
+    /// keeps them in memory only.
+    void setLogConnection(ConnectionRef connection);
 
   private:
     StandaloneConfig m_config;
     mutable std::mutex m_mutex;
     std::vector<UsageEntry> m_usage;
+    ConnectionRef m_logConnection;
 };
 
 } // namespace qr::host
