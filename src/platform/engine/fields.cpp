@@ -83,8 +83,10 @@ void Fields::unbindColumns() {
     for (size_t i = 0; i < m_names.size(); ++i) {
         if (!m_isAdded[i])
             continue;
-        m_names[kept] = std::move(m_names[i]);
-        m_current[kept] = std::move(m_current[i]);
+        if (kept != i) {
+            m_names[kept] = std::move(m_names[i]);
+            m_current[kept] = std::move(m_current[i]);
+        }
         m_isColumn[kept] = false;
         m_isAdded[kept] = true;
         ++kept;

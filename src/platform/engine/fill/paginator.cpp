@@ -26,18 +26,20 @@ Paginator::Decision Paginator::decide(int height, bool keepTogether,
     int lastBottom = 0;
     for (const Atom& a : atoms)
         lastBottom = std::max(lastBottom, a.bottom);
-    if (lastBottom <= room)
-        return {Action::Place, 0};
+    const bool onlyBlankOver = lastBottom <= room;
 
-    if (keepTogether && !atTop())
-        return {Action::NewPage, 0};
+    if (!atTop()) {
+        if (keepTogether || onlyBlankOver)
+            return {Action::NewPage, 0};
+        const int cut = findCut(atoms, room);
+        return cut > 0 ? Decision{Action::Split, cut} : Decision{Action::NewPage, 0};
+    }
+    // On an empty page: what cannot move on is cut, at the bottom of the body when nothing
+    // else is possible.
+    if (onlyBlankOver)
+        return {Action::Place, 0};
     const int cut = findCut(atoms, room);
-    if (cut > 0)
-        return {Action::Split, cut};
-    if (!atTop())
-        return {Action::NewPage, 0};
-    // Even an empty page cannot take the first uncuttable part: cut it at the bottom.
-    return {Action::Split, std::max(room, 1)};
+    return {Action::Split, cut > 0 ? cut : room};
 }
 
 int Paginator::findCut(std::span<const Atom> atoms, int limit) {

@@ -63,10 +63,11 @@ class Paginator {
     void advance(int height);
 
     /// Where a band of `height` whose uncuttable parts are `atoms` goes. A band that fits is
-    /// placed. One that does not: with keep-together it moves to a new page (unless the page
-    /// is empty); otherwise it is cut at the lowest point that fits and cuts no atom, or moves
-    /// when there is none. On an empty page a band taller than the body is cut where it can
-    /// be, or at the bottom of the body when nothing else is possible.
+    /// placed. One that does not moves to a new page when it is kept together or when all its
+    /// content would fit and only blank space would hang over; otherwise it is cut at the
+    /// lowest point that fits and cuts no atom, or moves when there is none. On an empty page
+    /// a band is placed when only blank space hangs over, else cut where it can be, or at the
+    /// bottom of the body when nothing else is possible.
     Decision decide(int height, bool keepTogether, std::span<const Atom> atoms) const;
 
     /// The lowest y in (0, limit] that cuts no atom (an atom is cut when top < y < bottom);

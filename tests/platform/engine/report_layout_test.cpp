@@ -1,0 +1,272 @@
+// Layout and pagination of whole runs: growing text, bands moving or cut at the page end,
+// page headers and footers on every page, page breaks, and label sheets. The test measurer
+// makes a character 100 twips wide and a line 240 twips high (baseline 180 below its top).
+#include "platform/engine/engine_test_support.hpp"
+
+#include <gtest/gtest.h>
+
+namespace qr::engine::test {
+namespace {
+
+using V = std::vector<Variant>;
+
+std::vector<V> numberedRows(int count) {
+    std::vector<V> rows;
+    for (int i = 1; i <= count; ++i)
+        rows.push_back(V{std::to_string(i)});
+    return rows;
+}
+
+/// Top of every text item of `control`, page by page.
+std::vector<std::vector<int>> topsByPage(const page::Pages& pages, const std::string& control) {
+    std::vector<std::vector<int>> tops;
+    for (const page::Page& page : pages.pages) {
+        tops.emplace_back();
+        for (const page::TextItem* t : textsOf(page, control))
+            tops.back().push_back(t->box.y);
+    }
+    return tops;
+}
+
+TEST(ReportLayout, MemoWithLineBreaksGrowsItsSectionAndPushesWhatIsBelow) {
+    ReportDesign d =
+        designOf("Notes", {detail("Detail", 540,
+                                  {label("Caption", {0, 0, 1000, 240}, "Notes:"),
+                                   textBox("Memo", {1200, 0, 3000, 240}, "mNotes").grow(),
+                                   label("After", {0, 300, 1000, 240}, "After")})});
+    ListReport report(std::move(d), {"mNotes"},
+                      {V{"line one\r\nline two\nline three"}, V{"short"}});
+    report.run();
+    const page::Page& page = report.pages().pages[0];
+
+    const page::TextItem* memo = textsOf(page, "Memo")[0];
+    EXPECT_EQ(memo->box, (page::Rect{1920, 720, 3000, 720}));
+    ASSERT_EQ(memo->runs.size(), 3u);
+    EXPECT_EQ(memo->runs[0], (page::TextRun{1920, 900, 800, "line one"}));
+    EXPECT_EQ(memo->runs[1], (page::TextRun{1920, 1140, 800, "line two"}));
+    EXPECT_EQ(memo->runs[2], (page::TextRun{1920, 1380, 1000, "line three"}));
+    EXPECT_EQ(memo->text, "line one\r\nline two\nline three");
+    // The label beside the memo stays; the one below moves down by the growth (480).
+    EXPECT_EQ(textsOf(page, "Caption")[0]->box.y, 720);
+    EXPECT_EQ(textsOf(page, "After")[0]->box.y, 720 + 300 + 480);
+    // The next band starts below the grown one; it does not grow.
+    EXPECT_EQ(textsOf(page, "Memo")[1]->box, (page::Rect{1920, 720 + 540 + 480, 3000, 240}));
+    EXPECT_EQ(textsOf(page, "After")[1]->box.y, 720 + 540 + 480 + 300);
+}
+
+TEST(ReportLayout, TextThatMayNotGrowIsClippedToItsBox) {
+    ReportDesign d = designOf(
+        "Clip", {detail("Detail", 480,
+                        {textBox("Wrapped", {0, 0, 500, 480}, "t"),
+                         textBox("OneLine", {1000, 0, 500, 240}, "t").noWrap(),
+                         textBox("RightEnd", {2000, 0, 500, 240}, "t").noWrap().alignRight()})});
+    ListReport report(std::move(d), {"t"}, {V{"aaa bbb ccc"}});
+    report.run();
+    const page::Page& page = report.pages().pages[0];
+    auto runTexts = [&](const std::string& control) {
+        std::vector<std::string> texts;
+        for (const page::TextRun& r : textsOf(page, control)[0]->runs)
+            texts.push_back(r.text);
+        return texts;
+    };
+    EXPECT_EQ(runTexts("Wrapped"), (std::vector<std::string>{"aaa", "bbb"}));
+    EXPECT_EQ(runTexts("OneLine"), (std::vector<std::string>{"aaa b"}));
+    EXPECT_EQ(runTexts("RightEnd"), (std::vector<std::string>{"b ccc"}));
+    // The item keeps the whole text for outputs that show cells.
+    EXPECT_EQ(textsOf(page, "OneLine")[0]->text, "aaa bbb ccc");
+}
+
+ReportDesign pagedDesign() {
+    return designOf(
+        "Paged",
+        {pageHeader("PageHeader", 500, {label("Heading", {0, 0, 2000, 240}, "Heading")}),
+         detail("Detail", 1000, {textBox("n", {0, 0, 1000, 240}, "n")}),
+         pageFooter("PageFooter", 400,
+                    {textBox("txtPageNumber", {0, 0, 3000, 240}).pageCount().alignRight()})});
+}
+
+TEST(ReportLayout, BandsMoveToTheNextPageAndEveryPageHasHeaderFooterAndPageNofM) {
+    ListReport report(pagedDesign(), {"n"}, numberedRows(30));
+    report.onFormat("PageFooter", [&] {
+        report.textBox("txtPageNumber")
+            .setOutputFormat("\"Page  " + std::to_string(report.pageNumber()) + " of  \"#");
+    });
+    report.run();
+    const page::Pages& pages = report.pages();
+    // The body runs from 1220 (under the header) to 14720 (above the footer): 13 bands a page.
+    ASSERT_EQ(pages.pages.size(), 3u);
+    std::vector<std::vector<int>> expectedTops(3);
+    for (int i = 0; i < 30; ++i)
+        expectedTops[i / 13].push_back(1220 + (i % 13) * 1000);
+    EXPECT_EQ(topsByPage(pages, "n"), expectedTops);
+    EXPECT_EQ(textValues(pages, "Heading"), (std::vector<std::string>(3, "Heading")));
+    EXPECT_EQ(topsByPage(pages, "Heading"), (std::vector<std::vector<int>>(3, {720})));
+    EXPECT_EQ(topsByPage(pages, "txtPageNumber"), (std::vector<std::vector<int>>(3, {14720})));
+    EXPECT_EQ(textValues(pages, "txtPageNumber"),
+              (std::vector<std::string>{"Page  1 of  3", "Page  2 of  3", "Page  3 of  3"}));
+    // Resolved page counts are laid out like any text: right aligned in their box.
+    const page::TextItem* last = textsOf(pages.pages[2], "txtPageNumber")[0];
+    EXPECT_EQ(last->runs.at(0).x, 720 + 3000 - 1300);
+    EXPECT_EQ(last->runs.at(0).baseline, 14720 + 180);
+}
+
+TEST(ReportLayout, PageNumberBoxShowsThePageItPrintsOn) {
+    ReportDesign d = pagedDesign();
+    d.sections[2].controls.push_back(textBox("running", {4000, 0, 2000, 240}).pageNumber());
+    ListReport report(std::move(d), {"n"}, numberedRows(14));
+    report.run();
+    EXPECT_EQ(textValues(report.pages(), "running"), (std::vector<std::string>{"1", "2"}));
+    EXPECT_EQ(textValues(report.pages(), "txtPageNumber"), (std::vector<std::string>{"2", "2"}));
+}
+
+ReportDesign footerDesign(bool keepTogether) {
+    SectionDesign footer = groupFooter("gf", "gh", 720,
+                                       {label("Total1", {0, 0, 2000, 240}, "one"),
+                                        label("Total2", {0, 240, 2000, 240}, "two"),
+                                        label("Total3", {0, 480, 2000, 240}, "three")});
+    if (keepTogether)
+        footer.keepTogetherOnPage();
+    return designOf("Footer", {groupHeader("gh", "", 0, {}),
+                               detail("Detail", 1000, {textBox("n", {0, 0, 1000, 240}, "n")}),
+                               std::move(footer)});
+}
+
+TEST(ReportLayout, ABandThatDoesNotFitIsCutBetweenLinesOrKeptTogether) {
+    // 14 bands of 1000 leave 400 of the 14400-high body: room for one line of the footer.
+    struct Case {
+        bool keepTogether;
+        std::vector<std::vector<int>> total1;
+        std::vector<std::vector<int>> total3;
+    };
+    const std::vector<Case> cases = {
+        {false, {{14720}, {}}, {{}, {960}}},
+        {true, {{}, {720}}, {{}, {1200}}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.keepTogether ? "kept together" : "cut");
+        ListReport report(footerDesign(c.keepTogether), {"n"}, numberedRows(14));
+        report.run();
+        ASSERT_EQ(report.pages().pages.size(), 2u);
+        EXPECT_EQ(topsByPage(report.pages(), "Total1"), c.total1);
+        EXPECT_EQ(topsByPage(report.pages(), "Total3"), c.total3);
+    }
+}
+
+TEST(ReportLayout, AMemoLongerThanAPageContinuesOnTheNextPages) {
+    ReportDesign d = designOf(
+        "LongNotes", {pageHeader("PageHeader", 500, {label("Heading", {0, 0, 2000, 240}, "H")}),
+                      detail("Detail", 240, {textBox("Memo", {0, 0, 5000, 240}, "m").grow()}),
+                      pageFooter("PageFooter", 400, {label("Foot", {0, 0, 2000, 240}, "F")})});
+    std::string memo;
+    for (int i = 1; i <= 80; ++i)
+        memo += (i > 1 ? "\r\n" : "") + ("line " + std::to_string(i));
+    ListReport report(std::move(d), {"m"}, {V{memo}});
+    report.run();
+    const page::Pages& pages = report.pages();
+    // 56 lines fit between 1220 and 14720 (the 57th would end at 14900).
+    ASSERT_EQ(pages.pages.size(), 2u);
+    std::vector<std::string> lines;
+    for (const page::Page& page : pages.pages) {
+        for (const page::TextItem* t : textsOf(page, "Memo")) {
+            EXPECT_GE(t->runs.front().baseline - 180, 1220);
+            EXPECT_LE(t->runs.back().baseline + 60, 14720);
+            for (const page::TextRun& r : t->runs)
+                lines.push_back(r.text);
+        }
+    }
+    ASSERT_EQ(lines.size(), 80u);
+    EXPECT_EQ(lines[55], "line 56");
+    EXPECT_EQ(textsOf(pages.pages[0], "Memo")[0]->runs.size(), 56u);
+    EXPECT_EQ(textsOf(pages.pages[1], "Memo")[0]->runs.front().baseline, 1220 + 180);
+    EXPECT_EQ(textValues(pages, "Heading").size(), 2u);
+    EXPECT_EQ(textValues(pages, "Foot").size(), 2u);
+}
+
+TEST(ReportLayout, PageBreakBeforeAndAfterSections) {
+    SectionDesign header = groupHeader("gh", "g", 240, {textBox("Group", {0, 0, 1000, 240}, "g")});
+    header.pageBreakBefore();
+    ReportDesign d = designOf("Breaks", {reportHeader("ReportHeader", 240, {}).pageBreakAfter(),
+                                         std::move(header), detail("Detail", 240, {})});
+    d.sections[0].controls.push_back(label("Cover", {0, 0, 1000, 240}, "Cover"));
+    ListReport report(std::move(d), {"g"}, {V{"A"}, V{"A"}, V{"B"}});
+    report.run();
+    ASSERT_EQ(report.pages().pages.size(), 3u);
+    EXPECT_EQ(topsByPage(report.pages(), "Cover"), (std::vector<std::vector<int>>{{720}, {}, {}}));
+    EXPECT_EQ(topsByPage(report.pages(), "Group"),
+              (std::vector<std::vector<int>>{{}, {720}, {720}}));
+}
+
+ReportDesign labelSheet(ColumnDirection direction, int labelHeight) {
+    ReportDesign d = designOf(
+        "Labels", {detail("Detail", labelHeight, {textBox("txtLabel", {0, 0, 1500, 240}, "n")})
+                       .columns(3, direction)});
+    d.page.marginLeft = 225;
+    d.page.marginRight = 0;
+    d.page.marginTop = 760;
+    d.page.marginBottom = 400;
+    d.page.printWidth = 11910;
+    return d;
+}
+
+struct Spot {
+    size_t page;
+    int x;
+    int y;
+    bool operator==(const Spot&) const = default;
+};
+
+std::vector<Spot> labelSpots(const page::Pages& pages) {
+    std::vector<Spot> spots;
+    for (size_t p = 0; p < pages.pages.size(); ++p) {
+        for (const page::TextItem* t : textsOf(pages.pages[p], "txtLabel"))
+            spots.push_back({p, t->box.x, t->box.y});
+    }
+    return spots;
+}
+
+TEST(ReportLayout, LabelSheetFillsAcrossThenDown) {
+    ListReport report(labelSheet(ColumnDirection::AcrossThenDown, 1440), {"n"}, numberedRows(35));
+    report.run();
+    // Three labels of 3970 across, ten rows of 1440 down a page, then the next sheet.
+    std::vector<Spot> expected;
+    for (int i = 0; i < 35; ++i) {
+        const int onPage = i % 30;
+        expected.push_back(
+            {static_cast<size_t>(i / 30), 225 + (onPage % 3) * 3970, 760 + (onPage / 3) * 1440});
+    }
+    EXPECT_EQ(labelSpots(report.pages()), expected);
+    EXPECT_EQ(textValues(report.pages(), "txtLabel").front(), "1");
+    EXPECT_EQ(textValues(report.pages(), "txtLabel").back(), "35");
+}
+
+TEST(ReportLayout, LabelSheetCanFillDownThenAcross) {
+    ListReport report(labelSheet(ColumnDirection::DownThenAcross, 5000), {"n"}, numberedRows(7));
+    report.run();
+    // Two labels of 5000 fit the 14680-high body of a column.
+    const std::vector<Spot> expected = {{0, 225, 760},   {0, 225, 5760}, {0, 4195, 760},
+                                        {0, 4195, 5760}, {0, 8165, 760}, {0, 8165, 5760},
+                                        {1, 225, 760}};
+    EXPECT_EQ(labelSpots(report.pages()), expected);
+}
+
+TEST(ReportLayout, LandscapeAndMarginsChangedAtReportStartApply) {
+    ListReport report(pagedDesign(), {"n"}, numberedRows(1));
+    report.atStart = [&] {
+        report.setOrientation(page::Orientation::Landscape);
+        report.pageSettings().marginTop += 100;
+        report.pageSettings().marginLeft -= 50;
+    };
+    report.run();
+    const page::Pages& pages = report.pages();
+    EXPECT_EQ(pages.orientation, page::Orientation::Landscape);
+    EXPECT_EQ(pages.pages[0].width, 15840);
+    EXPECT_EQ(pages.pages[0].height, 12240);
+    EXPECT_EQ(pages.marginTop, 820);
+    EXPECT_EQ(textsOf(pages.pages[0], "Heading")[0]->box, (page::Rect{670, 820, 2000, 240}));
+    // The footer stands on the landscape page's bottom margin.
+    EXPECT_EQ(textsOf(pages.pages[0], "txtPageNumber")[0]->box.y, 12240 - 720 - 400);
+    EXPECT_EQ(pages.title, "Test");
+}
+
+} // namespace
+} // namespace qr::engine::test
