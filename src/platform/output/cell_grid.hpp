@@ -1,0 +1,92 @@
+#pragma once
+// The printed pages seen as a spreadsheet: every text on the pages becomes one cell, placed by
+// where it stood. Columns come from the horizontal positions of the texts, rows from their
+// vertical positions, page after page, so the sheet reads like the printed report.
+//
+// Placement rules:
+// - Texts whose left edges lie within a small tolerance share a column. Right-aligned texts
+//   (figures and their headings) whose right edges line up join the column where most of them
+//   stand, and centred texts do the same by their centres, unless that column already holds
+//   another text on one of their rows. Columns are ordered left to right by their usual left
+//   edge and sized by the spacing to the next column.
+// - Texts whose tops lie within a small tolerance of a row's first text share that row. Each
+//   page starts a new row below the last row of the page before. Page headers and footers are
+//   kept on every page: the sheet mirrors the printed pages.
+// - A text box that showed a number gives a numeric cell carrying the box's output format;
+//   other texts give text cells. Multi-line text stays in one cell with "\n" between its
+//   lines. A checked check box gives the text "X", an unchecked one nothing; lines and
+//   rectangles give nothing.
+// - Two texts that land in the same cell (overlapping boxes) are joined with a space into one
+//   text cell. Texts beyond the 256th column are joined into the last one.
+
+#include "platform/engine/page/page.hpp"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace qr::output {
+
+/// How a cell looks: the report font it was printed with (an index into CellGrid::fonts, or
+/// -1 for the default font), its horizontal alignment, whether it wraps (multi-line text) and
+/// its number format (an index into CellGrid::formats; 0 is General).
+struct CellStyle {
+    int font = -1;
+    page::Align align = page::Align::Left;
+    bool wrap = false;
+    std::uint32_t format = 0;
+    bool operator==(const CellStyle&) const = default;
+};
+
+enum class CellKind : std::uint8_t { Text, Number };
+
+/// One cell. A Text cell names its text by index into CellGrid::texts; a Number cell holds
+/// its value in `number` (always finite).
+struct Cell {
+    std::uint32_t row = 0;
+    std::uint16_t column = 0;
+    std::uint16_t style = 0; // index into CellGrid::styles
+    CellKind kind = CellKind::Text;
+    std::uint32_t text = 0;
+    double number = 0.0;
+};
+
+/// A column: its left edge on the page and its width, both in twips.
+struct GridColumn {
+    int left = 0;
+    int width = 0;
+};
+
+/// The whole report as one grid of cells.
+struct CellGrid {
+    /// Largest number of columns a grid holds (a worksheet's limit).
+    static constexpr std::size_t kMaxColumns = 256;
+
+    std::vector<GridColumn> columns;
+    /// One entry per row: the height in twips the row needs for its multi-line text, or 0
+    /// for the default height.
+    std::vector<int> rowHeights;
+    /// Sorted by row, then column; at most one cell per position.
+    std::vector<Cell> cells;
+    /// Distinct cell texts in order of first use.
+    std::vector<std::string> texts;
+    /// Distinct number formats as the report wrote them ("$###,###.00"); formats[0] is ""
+    /// (General).
+    std::vector<std::string> formats{std::string()};
+    /// Distinct cell styles in order of first use.
+    std::vector<CellStyle> styles;
+    /// The report's fonts (copied from the pages).
+    std::vector<page::FontSpec> fonts;
+
+    std::uint32_t rowCount() const { return static_cast<std::uint32_t>(rowHeights.size()); }
+    /// The cell at (row, column), or nullptr when that position is empty.
+    const Cell* find(std::uint32_t row, std::uint16_t column) const;
+    /// The text of a Text cell.
+    const std::string& textOf(const Cell& cell) const { return texts[cell.text]; }
+};
+
+/// Lays the pages out as a grid following the rules above. Never fails on well-formed pages;
+/// an empty collection gives an empty grid.
+CellGrid buildCellGrid(const page::Pages& pages);
+
+} // namespace qr::output
