@@ -5,7 +5,7 @@
 namespace qr::output {
 
 int CairoTextMeasurer::width(const page::FontSpec& font, std::string_view text) {
-    return static_cast<int>(std::lround(m_fonts.get(font).shape(text).advance));
+    return static_cast<int>(std::lround(m_fonts.get(font).advance(text)));
 }
 
 page::FontMetrics CairoTextMeasurer::metrics(const page::FontSpec& font) {

@@ -10,7 +10,9 @@ namespace qr::output {
 /// Measures text with the Liberation faces that stand in for the designs' fonts ("Arial" ->
 /// Liberation Sans, "Times New Roman" -> Liberation Serif, "Courier New" -> Liberation Mono).
 /// Widths are unhinted advances, so they scale linearly with the size and hold at any
-/// resolution. Results are cached per font and per (font, string).
+/// resolution. Each font is set up once, and each character's glyph and advance are looked up
+/// once per font; after that a width costs one table lookup per character, which is cheaper
+/// than looking a whole string up in a cache.
 ///
 /// Not thread-safe: use one measurer per thread (the engine runs a report on one thread).
 /// Raises qr::Error naming the font when it is not installed or its size is not sensible.

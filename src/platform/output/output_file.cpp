@@ -19,8 +19,14 @@ constexpr int kCreateAttempts = 16;
 std::string temporaryName(const std::filesystem::path& target) {
     static std::atomic<unsigned> counter{0};
     static thread_local std::mt19937 random{std::random_device{}()};
-    return "." + target.filename().string() + "." + std::to_string(::getpid()) + "-" +
-           std::to_string(counter++) + "-" + std::to_string(random() % 1000000) + ".tmp";
+    // Built by appending: GCC 12 warns falsely about "literal" + std::string at -O3.
+    std::string name(".");
+    name.append(target.filename().string());
+    name.append(".").append(std::to_string(::getpid()));
+    name.append("-").append(std::to_string(counter++));
+    name.append("-").append(std::to_string(random() % 1000000));
+    name.append(".tmp");
+    return name;
 }
 
 } // namespace

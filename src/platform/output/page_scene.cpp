@@ -77,17 +77,12 @@ void SceneBuilder::addText(const page::TextItem& item, const std::vector<page::F
     for (const auto& run : item.runs) {
         if (run.text.empty())
             continue;
-        const ShapedText& shaped = font.shape(run.text);
-        for (cairo_glyph_t glyph : shaped.glyphs) {
-            glyph.x += run.x;
-            glyph.y += run.baseline;
-            batch.glyphs.push_back(glyph);
-        }
+        const double advance = font.appendGlyphs(run.text, run.x, run.baseline, batch.glyphs);
         if (font.spec().underline) {
             const double size = font.sizeTwips();
             const double thickness = std::max(font.face().underlineThickness * size, kMinUnderline);
             const double centre = run.baseline + font.face().underlinePosition * size;
-            const double width = run.width > 0 ? run.width : shaped.advance;
+            const double width = run.width > 0 ? run.width : advance;
             m_scene.underlines.push_back(
                 FilledBox{double(run.x), centre - thickness / 2, width, thickness, item.color, 0});
         }

@@ -62,7 +62,7 @@ struct PageScene {
 /// Corner radius of a rounded rectangle of that size (twips).
 double roundedCornerRadius(double width, double height);
 
-/// Builds scenes page after page, reusing its buffers and its cache of shaped strings. Not
+/// Builds scenes page after page, reusing its buffers and its fonts. Not
 /// thread-safe; a renderer owns one.
 class SceneBuilder {
   public:

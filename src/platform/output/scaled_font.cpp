@@ -49,14 +49,25 @@ std::size_t validSequenceLength(std::string_view text, std::size_t i) {
     return length;
 }
 
-bool isValidUtf8(std::string_view text) {
-    for (std::size_t i = 0; i < text.size();) {
-        const std::size_t length = validSequenceLength(text, i);
-        if (length == 0)
-            return false;
-        i += length;
+// UTF-8 of one character (never a surrogate: nextCharacter does not produce them).
+std::string encodeUtf8(char32_t c) {
+    std::string out;
+    if (c < 0x80) {
+        out += static_cast<char>(c);
+    } else if (c < 0x800) {
+        out += static_cast<char>(0xC0 | (c >> 6));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    } else if (c < 0x10000) {
+        out += static_cast<char>(0xE0 | (c >> 12));
+        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    } else {
+        out += static_cast<char>(0xF0 | (c >> 18));
+        out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (c & 0x3F));
     }
-    return true;
+    return out;
 }
 
 } // namespace
@@ -110,49 +121,94 @@ ScaledFont::ScaledFont(const page::FontSpec& spec) : m_spec(spec) {
     m_metrics.ascent = static_cast<int>(std::lround(extents.ascent));
     m_metrics.descent = static_cast<int>(std::lround(extents.descent));
     m_metrics.lineHeight = static_cast<int>(std::lround(extents.height));
+    m_table.resize(kTableSize);
 }
 
 ScaledFont::~ScaledFont() {
     cairo_scaled_font_destroy(m_scaled);
 }
 
-const ShapedText& ScaledFont::shape(std::string_view utf8) {
-    if (auto found = m_cache.find(utf8); found != m_cache.end())
-        return found->second;
-    if (m_cache.size() >= kMaxCachedStrings)
-        m_cache.clear();
-    return m_cache.emplace(std::string(utf8), shapeUncached(utf8)).first->second;
+char32_t nextCharacter(std::string_view text, std::size_t& i) {
+    const auto byte = [&](std::size_t k) { return char32_t(static_cast<unsigned char>(text[k])); };
+    std::size_t length = validSequenceLength(text, i);
+    char32_t c = 0;
+    switch (length) {
+    case 1:
+        c = byte(i);
+        break;
+    case 2:
+        c = ((byte(i) & 0x1F) << 6) | (byte(i + 1) & 0x3F);
+        break;
+    case 3:
+        c = ((byte(i) & 0x0F) << 12) | ((byte(i + 1) & 0x3F) << 6) | (byte(i + 2) & 0x3F);
+        break;
+    case 4:
+        c = ((byte(i) & 0x07) << 18) | ((byte(i + 1) & 0x3F) << 12) | ((byte(i + 2) & 0x3F) << 6) |
+            (byte(i + 3) & 0x3F);
+        break;
+    default: // a stray byte: its Latin-1 character
+        c = byte(i);
+        length = 1;
+    }
+    i += length;
+    return c;
 }
 
-ShapedText ScaledFont::shapeUncached(std::string_view utf8) const {
-    ShapedText shaped;
-    if (utf8.empty())
-        return shaped;
-    std::string repaired;
-    if (!isValidUtf8(utf8)) {
-        repaired = repairUtf8(utf8);
-        utf8 = repaired;
-    }
+ScaledFont::Glyph ScaledFont::lookUp(char32_t character) const {
+    // Asking cairo for the one character gives exactly the glyph and advance its
+    // cairo_scaled_font_text_to_glyphs uses for that character inside any string.
+    const std::string utf8 = encodeUtf8(character);
     cairo_glyph_t* glyphs = nullptr;
     int count = 0;
     const cairo_status_t status =
         cairo_scaled_font_text_to_glyphs(m_scaled, 0, 0, utf8.data(), static_cast<int>(utf8.size()),
                                          &glyphs, &count, nullptr, nullptr, nullptr);
-    if (status != CAIRO_STATUS_SUCCESS) {
+    if (status != CAIRO_STATUS_SUCCESS || count != 1) {
         if (glyphs)
             cairo_glyph_free(glyphs);
         throw Error(errc::kComponent, kFontsSource,
-                    "The text \"" + std::string(utf8) + "\" could not be set in \"" +
-                        m_spec.family + "\": " + cairo_status_to_string(status));
+                    "The character U+" + std::to_string(static_cast<unsigned long>(character)) +
+                        " could not be set in \"" + m_spec.family +
+                        "\": " + cairo_status_to_string(status));
     }
-    shaped.glyphs.assign(glyphs, glyphs + count);
+    cairo_text_extents_t extents;
+    cairo_scaled_font_glyph_extents(m_scaled, glyphs, 1, &extents);
+    Glyph result{glyphs[0].index, extents.x_advance, true};
     cairo_glyph_free(glyphs);
-    if (count > 0) {
-        cairo_text_extents_t last;
-        cairo_scaled_font_glyph_extents(m_scaled, &shaped.glyphs.back(), 1, &last);
-        shaped.advance = shaped.glyphs.back().x + last.x_advance;
+    return result;
+}
+
+const ScaledFont::Glyph& ScaledFont::glyph(char32_t character) {
+    if (character < kTableSize) {
+        Glyph& entry = m_table[character];
+        if (!entry.known)
+            entry = lookUp(character);
+        return entry;
     }
-    return shaped;
+    auto found = m_others.find(character);
+    if (found == m_others.end())
+        found = m_others.emplace(character, lookUp(character)).first;
+    return found->second;
+}
+
+double ScaledFont::appendGlyphs(std::string_view utf8, double x, double y,
+                                std::vector<cairo_glyph_t>& out) {
+    // The pen moves as in cairo, from 0 one advance after another, and the origin is added to
+    // each position: a string gets the same glyph spacing wherever it stands.
+    double pen = 0;
+    for (std::size_t i = 0; i < utf8.size();) {
+        const Glyph& g = glyph(nextCharacter(utf8, i));
+        out.push_back(cairo_glyph_t{g.index, x + pen, y});
+        pen += g.advance;
+    }
+    return pen;
+}
+
+double ScaledFont::advance(std::string_view utf8) {
+    double pen = 0;
+    for (std::size_t i = 0; i < utf8.size();)
+        pen += glyph(nextCharacter(utf8, i)).advance;
+    return pen;
 }
 
 std::size_t FontSet::SpecHash::operator()(const page::FontSpec& f) const noexcept {

@@ -1,8 +1,6 @@
 #pragma once
-// A report font at its size, and the text shaped in it. Shaping here is what cairo's FreeType
-// backend does: one glyph per character from the font's character map, placed by its unhinted
-// advance. The measurer takes widths from these glyphs and the renderers draw these very glyphs,
-// so measuring and drawing can never disagree.
+// A report font at its size, and text shaped in it. The measurer takes widths from these glyphs
+// and the renderers draw these very glyphs, so measuring and drawing can never disagree.
 
 #include "platform/engine/page/page.hpp"
 #include "platform/engine/page/text_measurer.hpp"
@@ -18,14 +16,11 @@
 
 namespace qr::output {
 
-/// Glyphs of one string, the first glyph's origin at (0, 0), units twips.
-struct ShapedText {
-    std::vector<cairo_glyph_t> glyphs;
-    double advance = 0; // pen advance after the last glyph
-};
-
-/// One font at one size, with a cache of shaped strings. Not thread-safe: each owner (a
-/// measurer, a renderer) keeps its own.
+/// One font at one size. Shaping is what cairo_scaled_font_text_to_glyphs does for these faces
+/// (one glyph per character from the font's character map, the pen moved by each glyph's
+/// unhinted advance, no kerning), done from a per-font table of characters: each character is
+/// looked up through cairo once, after that a string costs an array lookup per character and
+/// allocates nothing. Not thread-safe: each owner (a measurer, a renderer) keeps its own.
 class ScaledFont {
   public:
     /// Raises qr::Error when the family is not installed or the size is not a sensible size.
@@ -42,30 +37,32 @@ class ScaledFont {
     cairo_scaled_font_t* handle() const { return m_scaled; }
     const page::FontMetrics& metrics() const { return m_metrics; }
 
-    /// `utf8` shaped in this font. Bytes that are not valid UTF-8 are read as Latin-1
-    /// characters, the way legacy data usually meant them. The reference stays valid until the
-    /// next call (the cache is bounded and may be emptied).
-    const ShapedText& shape(std::string_view utf8);
-
-    /// Most strings kept per font before the cache starts over.
-    static constexpr std::size_t kMaxCachedStrings = 50000;
+    /// Appends the glyphs of `utf8` to `out`, the first glyph's origin at (x, y) in twips, and
+    /// returns the pen advance after the last glyph. Bytes that are not valid UTF-8 are read as
+    /// Latin-1 characters, the way legacy data usually meant them.
+    double appendGlyphs(std::string_view utf8, double x, double y, std::vector<cairo_glyph_t>& out);
+    /// The pen advance of `utf8` in twips (what appendGlyphs returns), without the glyphs.
+    double advance(std::string_view utf8);
 
   private:
-    struct TransparentHash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view s) const noexcept {
-            return std::hash<std::string_view>{}(s);
-        }
+    struct Glyph {
+        unsigned long index = 0;
+        double advance = 0;
+        bool known = false;
     };
+    /// Characters below this are kept in a flat table; the rest in a map.
+    static constexpr char32_t kTableSize = 0x800;
 
-    ShapedText shapeUncached(std::string_view utf8) const;
+    const Glyph& glyph(char32_t character);
+    Glyph lookUp(char32_t character) const;
 
     page::FontSpec m_spec;
     const FontFace* m_face = nullptr;
     double m_sizeTwips = 0;
     cairo_scaled_font_t* m_scaled = nullptr;
     page::FontMetrics m_metrics;
-    std::unordered_map<std::string, ShapedText, TransparentHash, std::equal_to<>> m_cache;
+    std::vector<Glyph> m_table;
+    std::unordered_map<char32_t, Glyph> m_others;
 };
 
 /// The report fonts one owner has used, each made once. Not thread-safe.
@@ -84,5 +81,9 @@ class FontSet {
 /// `text` unchanged when it is valid UTF-8, otherwise with every byte that does not belong to
 /// a valid sequence replaced by the character of that byte in Latin-1.
 std::string repairUtf8(std::string_view text);
+
+/// The character starting at `text[i]`, moving `i` past it; a byte that does not start a valid
+/// UTF-8 sequence is taken as its Latin-1 character (as repairUtf8 does).
+char32_t nextCharacter(std::string_view text, std::size_t& i);
 
 } // namespace qr::output

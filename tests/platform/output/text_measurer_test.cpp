@@ -79,18 +79,55 @@ TEST(CairoTextMeasurer, WidthsScaleLinearlyWithTheSize) {
     }
 }
 
-TEST(CairoTextMeasurer, CachedAnswersEqualFreshOnes) {
+TEST(CairoTextMeasurer, RepeatedAnswersEqualFreshOnes) {
     CairoTextMeasurer warm;
     const auto f = font("Arial", 9);
     const int first = warm.width(f, "Spandrel");
+    for (int i = 0; i < 1000; ++i)
+        warm.width(f, std::to_string(i) + "\xE2\x80\x94");
     EXPECT_EQ(warm.width(f, "Spandrel"), first);
     CairoTextMeasurer fresh;
     EXPECT_EQ(fresh.width(f, "Spandrel"), first);
-    // The cache is bounded; past the bound answers stay the same.
-    for (std::size_t i = 0; i <= ScaledFont::kMaxCachedStrings; ++i) {
-        warm.width(f, std::to_string(i));
+}
+
+// The glyph table must give exactly what cairo gives for a whole string, or measured widths
+// and drawn text would drift apart.
+TEST(ScaledFont, ShapesExactlyAsCairoDoes) {
+    const std::string samples[] = {
+        "Final Glass Report",
+        "$1,234,567.89",
+        "1/4\" Clear \xE2\x80\x94 36 \xC2\xBD x 84 \xC2\xB0",
+        "\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2\xD0\xB5\xD1\x82 \xE6\x97\xA5\xE6\x9C\xAC", // Cyrillic,
+                                                                                     // CJK
+        "tab\there",
+        "",
+    };
+    for (const auto& spec : {font("Arial", 10), font("Times New Roman", 13.5, true, true)}) {
+        ScaledFont scaled(spec);
+        for (const auto& text : samples) {
+            SCOPED_TRACE(spec.family + ": " + text);
+            std::vector<cairo_glyph_t> ours;
+            const double advance = scaled.appendGlyphs(text, 100, 50, ours);
+            EXPECT_DOUBLE_EQ(scaled.advance(text), advance);
+
+            cairo_glyph_t* theirs = nullptr;
+            int count = 0;
+            ASSERT_EQ(cairo_scaled_font_text_to_glyphs(scaled.handle(), 100, 50, text.data(),
+                                                       int(text.size()), &theirs, &count, nullptr,
+                                                       nullptr, nullptr),
+                      CAIRO_STATUS_SUCCESS);
+            ASSERT_EQ(ours.size(), std::size_t(count));
+            for (int i = 0; i < count; ++i) {
+                EXPECT_EQ(ours[i].index, theirs[i].index) << i;
+                EXPECT_NEAR(ours[i].x, theirs[i].x, 1e-9) << i;
+                EXPECT_EQ(ours[i].y, theirs[i].y) << i;
+            }
+            cairo_text_extents_t extents;
+            cairo_scaled_font_text_extents(scaled.handle(), text.c_str(), &extents);
+            EXPECT_NEAR(advance, extents.x_advance, 1e-9);
+            cairo_glyph_free(theirs);
+        }
     }
-    EXPECT_EQ(warm.width(f, "Spandrel"), first);
 }
 
 TEST(CairoTextMeasurer, MetricsAreThoseOfTheFace) {
