@@ -4,10 +4,12 @@
 #include "platform/output/gui_application.hpp"
 #include "platform/output/output_error.hpp"
 
+#include <QFont>
 #include <QGlyphRun>
 #include <QPaintDevice>
 #include <QPainter>
 #include <QPainterPath>
+#include <cmath>
 
 namespace qr::output {
 
@@ -65,20 +67,68 @@ QTransform PainterRenderer::twipsToDevice(const QPaintDevice& device) {
                                  double(device.logicalDpiY()) / page::kTwipsPerInch);
 }
 
-const QRawFont& PainterRenderer::rawFont(const ScaledFont& font) {
+const QRawFont& PainterRenderer::rawFont(ScaledFont& font) {
     auto found = m_rawFonts.find(&font);
-    if (found != m_rawFonts.end())
-        return found->second;
+    if (found == m_rawFonts.end())
+        found = m_rawFonts.emplace(&font, loadRawFont(font)).first;
+    return found->second;
+}
+
+QRawFont PainterRenderer::loadRawFont(ScaledFont& font) {
     // The pixel size is the font size in twips: the painter's transform takes twips to the
-    // device, exactly as cairo's does.
-    QRawFont raw(QString::fromStdString(font.face().file), font.sizeTwips(),
-                 QFont::PreferNoHinting);
-    if (!raw.isValid()) {
+    // device, exactly as cairo's does. Qt's own handle on the installed font is preferred,
+    // because Qt's PDF engine (the way print jobs reach CUPS) embeds only fonts it knows by
+    // file and draws any other text as outlines; it is used only when it is provably the face
+    // the glyphs came from.
+    QFont wanted(QString::fromStdString(font.face().family));
+    wanted.setBold(font.spec().bold);
+    wanted.setItalic(font.spec().italic);
+    wanted.setHintingPreference(QFont::PreferNoHinting);
+    wanted.setStyleStrategy(QFont::NoFontMerging);
+    wanted.setPixelSize(100);
+    QRawFont installed = QRawFont::fromFont(wanted);
+    if (installed.isValid()) {
+        installed.setPixelSize(font.sizeTwips());
+        if (isSameFace(installed, font))
+            return installed;
+    }
+    QRawFont fromFile(QString::fromStdString(font.face().file), font.sizeTwips(),
+                      QFont::PreferNoHinting);
+    if (!fromFile.isValid()) {
         throw Error(errc::kComponent, kFontsSource,
                     "The font file \"" + font.face().file + "\" for \"" + font.spec().family +
                         "\" could not be loaded for painting.");
     }
-    return m_rawFonts.emplace(&font, std::move(raw)).first->second;
+    return fromFile;
+}
+
+bool PainterRenderer::isSameFace(const QRawFont& raw, ScaledFont& font) {
+    constexpr double kAdvanceTolerance = 0.02;
+    if (raw.familyName().toStdString() != font.face().family)
+        return false;
+    if ((raw.style() != QFont::StyleNormal) != font.spec().italic)
+        return false;
+    if ((raw.weight() >= QFont::DemiBold) != font.spec().bold)
+        return false;
+    // Same glyph indices and advances for a sample of characters: the same font file. Qt
+    // reports advances truncated to 1/64 of its pixel (here a twip); a different face differs
+    // by whole twips.
+    static const char kSample[] = "AaBbGgMmQqWw0123456789$.,-/\"";
+    std::vector<cairo_glyph_t> glyphs;
+    const double total = font.appendGlyphs(kSample, 0, 0, glyphs);
+    const QList<quint32> indexes = raw.glyphIndexesForString(QString::fromLatin1(kSample));
+    if (indexes.size() != static_cast<qsizetype>(glyphs.size()))
+        return false;
+    const QList<QPointF> advances =
+        raw.advancesForGlyphIndexes(indexes, QRawFont::UseDesignMetrics);
+    for (std::size_t i = 0; i < glyphs.size(); ++i) {
+        if (indexes[qsizetype(i)] != glyphs[i].index)
+            return false;
+        const double next = i + 1 < glyphs.size() ? glyphs[i + 1].x : total;
+        if (std::abs(advances[qsizetype(i)].x() - (next - glyphs[i].x)) > kAdvanceTolerance)
+            return false;
+    }
+    return true;
 }
 
 void PainterRenderer::paint(QPainter& painter, const page::Page& page,

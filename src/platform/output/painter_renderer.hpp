@@ -33,7 +33,9 @@ class PainterRenderer {
     static QTransform twipsToDevice(const QPaintDevice& device);
 
   private:
-    const QRawFont& rawFont(const ScaledFont& font);
+    const QRawFont& rawFont(ScaledFont& font);
+    static QRawFont loadRawFont(ScaledFont& font);
+    static bool isSameFace(const QRawFont& raw, ScaledFont& font);
 
     SceneBuilder m_scenes;
     std::unordered_map<const ScaledFont*, QRawFont> m_rawFonts;
