@@ -185,6 +185,11 @@ class GridBuilder {
     // --- rows ---------------------------------------------------------------------------
 
     void placeRows() {
+        std::size_t items = 0;
+        for (const page::Page& page : m_pages.pages) {
+            items += page.items.size();
+        }
+        m_placed.reserve(items);
         std::vector<Source> scratch;
         for (const page::Page& page : m_pages.pages) {
             scratch.clear();
@@ -240,17 +245,7 @@ class GridBuilder {
             rowConflicts(movable, static_cast<std::size_t>(movableCount), clusters);
         alignEdges(page::Align::Right, movable, conflicts);
         alignEdges(page::Align::Center, movable, conflicts);
-        // A right-aligned or centred text that still shares its column with another text on
-        // one of its rows (a centred title starting where a left-aligned date starts) gets a
-        // column of its own instead of being joined to that text.
-        std::uint32_t firstClusters = clusters;
-        for (std::size_t k = 0; k < m_keys.size(); ++k) {
-            KeyInfo& key = m_keys[k];
-            if (movable[k] >= 0 && key.cluster < firstClusters &&
-                conflicts.test(static_cast<std::size_t>(movable[k]), key.cluster)) {
-                key.cluster = clusters++;
-            }
-        }
+        clusters = separateCrowded(clusters, movable, conflicts);
         orderColumns(clusters);
     }
 
@@ -369,16 +364,46 @@ class GridBuilder {
         return best;
     }
 
-    /// Orders the clusters by their usual left edge (the edge most of their texts have) and
-    /// turns them into columns sized by the spacing to the next one.
-    void orderColumns(std::uint32_t clusters) {
-        struct ClusterInfo {
-            std::uint32_t id = 0;
-            int left = 0;
-            std::uint64_t leftCount = 0;
-            int right = 0;
-            bool used = false;
-        };
+    /// A right-aligned or centred text that still shares its cluster with another text on one
+    /// of its rows (a centred title starting where a left-aligned date starts) moves to the
+    /// column its anchor falls in, when that column is free on its rows, or else gets a
+    /// column of its own. Returns the new number of clusters.
+    std::uint32_t separateCrowded(std::uint32_t clusters, const std::vector<std::int32_t>& movable,
+                                  const BitTable& conflicts) {
+        std::vector<ClusterInfo> infos = describeClusters(clusters);
+        std::uint32_t firstClusters = clusters;
+        for (std::size_t k = 0; k < m_keys.size(); ++k) {
+            KeyInfo& key = m_keys[k];
+            if (movable[k] < 0 || key.cluster >= firstClusters) {
+                continue;
+            }
+            auto row = static_cast<std::size_t>(movable[k]);
+            if (!conflicts.test(row, key.cluster)) {
+                continue;
+            }
+            const ClusterInfo* under = nullptr;
+            for (const ClusterInfo& info : infos) {
+                bool free = info.used && info.id < firstClusters && !conflicts.test(row, info.id);
+                if (free && info.left <= anchorOf(key.place) &&
+                    (under == nullptr || info.left > under->left)) {
+                    under = &info;
+                }
+            }
+            key.cluster = under != nullptr ? under->id : clusters++;
+        }
+        return clusters;
+    }
+
+    struct ClusterInfo {
+        std::uint32_t id = 0;
+        int left = 0; // the left edge most of its texts have
+        std::uint64_t leftCount = 0;
+        int right = 0; // the rightmost right edge
+        bool used = false;
+    };
+
+    /// Where each cluster stands, indexed by cluster.
+    std::vector<ClusterInfo> describeClusters(std::uint32_t clusters) const {
         std::vector<ClusterInfo> infos(clusters);
         std::vector<std::uint32_t> order(m_keys.size());
         for (std::uint32_t k = 0; k < order.size(); ++k) {
@@ -410,6 +435,13 @@ class GridBuilder {
             info.id = first.cluster;
             i = j;
         }
+        return infos;
+    }
+
+    /// Orders the clusters by their usual left edge and turns them into columns sized by the
+    /// spacing to the next one.
+    void orderColumns(std::uint32_t clusters) {
+        std::vector<ClusterInfo> infos = describeClusters(clusters);
         std::erase_if(infos, [](const ClusterInfo& info) { return !info.used; });
         std::sort(infos.begin(), infos.end(), [](const ClusterInfo& a, const ClusterInfo& b) {
             return a.left != b.left ? a.left < b.left : a.id < b.id;

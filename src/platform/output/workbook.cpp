@@ -45,6 +45,7 @@ constexpr std::uint16_t kFirstCustomFormat = 164;
 constexpr std::uint16_t kDefaultRowHeight = 255; // twips: 12.75 pt, the height for Arial 10
 constexpr std::uint32_t kRowBlock = 32;          // rows per block of ROW records
 constexpr std::size_t kMaxFormatLength = 255;
+constexpr std::uint64_t kMinimumStreamSize = 4096;
 
 /// Number formats Excel knows by identifier, without a FORMAT record.
 constexpr std::array<std::pair<std::string_view, std::uint16_t>, 10> kBuiltInFormats{{
@@ -143,6 +144,12 @@ class WorkbookStream {
             writeSheet(out, m_sheets[i], i == 0);
         }
         out.flush();
+        if (offset < kMinimumStreamSize) {
+            // Zeros after the last EOF keep a small workbook out of the compound file's
+            // small-block area, where some readers do not look for it.
+            std::vector<std::uint8_t> padding(kMinimumStreamSize - offset, 0);
+            sink(padding);
+        }
     }
 
   private:
