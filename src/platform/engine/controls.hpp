@@ -6,7 +6,8 @@
 // Texts set by handlers versus values the engine binds: a bound text box (or check box) takes
 // the row's value when its section formats; a text set by a handler after the current row was
 // fetched wins over that value for that row, and is printed exactly as set. A value (bound,
-// summary, or set with setValue) is printed through the output format.
+// summary, or set with setValue) is printed through the output format. A box bound to a field
+// that the row does not have keeps the text it has (designs bind some boxes that handlers fill).
 
 #include "platform/core/number_format.hpp"
 #include "platform/core/variant.hpp"

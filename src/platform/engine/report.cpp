@@ -19,6 +19,29 @@ std::shared_ptr<page::TextMeasurer>& processMeasurer() {
     return measurer;
 }
 
+/// The process-wide measurer, shared by reports on every thread: calls into it are taken one
+/// at a time. (Each run caches its widths, so this is one lock per distinct string.)
+class SerialisedMeasurer final : public page::TextMeasurer {
+  public:
+    explicit SerialisedMeasurer(std::shared_ptr<page::TextMeasurer> inner)
+        : m_inner(std::move(inner)) {}
+    int width(const page::FontSpec& font, std::string_view text) override {
+        std::lock_guard lock(mutex());
+        return m_inner->width(font, text);
+    }
+    page::FontMetrics metrics(const page::FontSpec& font) override {
+        std::lock_guard lock(mutex());
+        return m_inner->metrics(font);
+    }
+
+  private:
+    static std::mutex& mutex() {
+        static std::mutex shared;
+        return shared;
+    }
+    std::shared_ptr<page::TextMeasurer> m_inner;
+};
+
 std::unique_ptr<Control> makeControl(ControlDesign design, const std::string& section,
                                      const RunContext& context) {
     switch (design.kind) {
@@ -83,10 +106,14 @@ void Report::run() {
     if (m_running)
         throw Error(errc::kComponent, className(),
                     className() + " is already running (a report cannot contain itself).");
-    std::shared_ptr<page::TextMeasurer> measurer = m_measurer ? m_measurer : textMeasurer();
-    if (!measurer)
-        throw Error(errc::kComponent, className(),
-                    "No text measurer is installed; " + className() + " cannot lay out text.");
+    std::shared_ptr<page::TextMeasurer> measurer = m_measurer;
+    if (!measurer) {
+        std::shared_ptr<page::TextMeasurer> shared = textMeasurer();
+        if (!shared)
+            throw Error(errc::kComponent, className(),
+                        "No text measurer is installed; " + className() + " cannot lay out text.");
+        measurer = std::make_shared<SerialisedMeasurer>(std::move(shared));
+    }
     m_pages = page::Pages{};
     TextLayout text(*measurer, m_pages);
     Filler filler(*this, text);

@@ -41,7 +41,9 @@ namespace qr::engine {
 class Filler;
 
 /// Install the process-wide text measurer. The service installs the one that the output
-/// renderers draw with, once at start-up; every report without a measurer of its own shares it.
+/// renderers draw with, once at start-up; every report without a measurer of its own shares it
+/// (shared_ptr: the process keeps it, runs in progress hold it), on any thread: the engine
+/// makes its calls into it one at a time.
 void setTextMeasurer(std::shared_ptr<page::TextMeasurer> measurer);
 /// The process-wide text measurer (nullptr until installed).
 std::shared_ptr<page::TextMeasurer> textMeasurer();
@@ -91,7 +93,8 @@ class Report {
     /// the footer closes); after a run the number of pages.
     int pageNumber() const;
 
-    /// Use `measurer` for this report instead of the process-wide one (tests).
+    /// Use `measurer` for this report instead of the process-wide one (tests); it is called
+    /// only from the thread running the report.
     void setTextMeasurer(std::shared_ptr<page::TextMeasurer> measurer) {
         m_measurer = std::move(measurer);
     }

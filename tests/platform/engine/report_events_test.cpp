@@ -203,3 +203,34 @@ TEST(ReportSummaries, TextThatIsNotANumberIsRefusedNamingTheBox) {
 
 } // namespace
 } // namespace qr::engine::test
+
+namespace qr::engine::test {
+namespace {
+
+TEST(ReportMeasurer, TheProcessWideMeasurerServesReportsWithoutTheirOwn) {
+    class Plain : public Report {
+      public:
+        Plain()
+            : Report(designOf("Plain",
+                              {detail("Detail", 240, {}),
+                               reportFooter("ReportFooter", 240,
+                                            {engine::label("Note", {0, 0, 2000, 240}, "abc")})})) {}
+    };
+    Plain report;
+    setTextMeasurer(nullptr);
+    try {
+        report.run();
+        ADD_FAILURE() << "ran without a measurer";
+    } catch (const Error& e) {
+        EXPECT_NE(e.description().find("No text measurer"), std::string::npos);
+    }
+    auto shared = std::make_shared<FixedMeasurer>();
+    setTextMeasurer(shared);
+    report.run();
+    setTextMeasurer(nullptr);
+    EXPECT_GT(shared->calls, 0);
+    EXPECT_EQ(textsOf(report.pages().pages[0], "Note")[0]->runs.at(0).width, 300);
+}
+
+} // namespace
+} // namespace qr::engine::test
