@@ -14,4 +14,10 @@ using Args = std::vector<std::string>;
 /// tables it filled.
 int runMakeSample(const Args& args);
 
+/// call METHOD --data FILE.json [...]: runs one typed print method.
+int runCall(const Args& args);
+
+/// request --vendor CONN --master CONN [--vendor-path DIR] REQUEST: runs one request string.
+int runRequest(const Args& args);
+
 } // namespace qr::cli

@@ -18,6 +18,8 @@ struct Subcommand {
 const Subcommand kSubcommands[] = {
     {"make-sample", "write the sample jobs into a vendor and a master database",
      qr::cli::runMakeSample},
+    {"call", "run a typed print method with report data from a JSON file", qr::cli::runCall},
+    {"request", "run a request string through PrintReport", qr::cli::runRequest},
 };
 
 void printHelp(std::ostream& out) {
