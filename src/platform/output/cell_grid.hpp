@@ -5,10 +5,12 @@
 //
 // Placement rules:
 // - Texts whose left edges lie within a small tolerance share a column. Right-aligned texts
-//   (figures and their headings) whose right edges line up join the column where most of them
-//   stand, and centred texts do the same by their centres, unless that column already holds
-//   another text on one of their rows. Columns are ordered left to right by their usual left
-//   edge and sized by the spacing to the next column.
+//   (figures and their headings) whose right edges line up join the column that can take most
+//   of them, and centred texts do the same by their centres; a column cannot take a text when
+//   it holds another text on one of that text's rows. A right-aligned or centred text that
+//   would still share a cell (a centred title starting where a date starts) moves to the free
+//   column its right edge or centre falls in, or gets a column of its own. Columns are ordered
+//   left to right by their usual left edge and sized by the spacing to the next column.
 // - Texts whose tops lie within a small tolerance of a row's first text share that row. Each
 //   page starts a new row below the last row of the page before. Page headers and footers are
 //   kept on every page: the sheet mirrors the printed pages.

@@ -19,6 +19,7 @@
 #include <mutex>
 #include <optional>
 #include <random>
+#include <stdexcept>
 
 namespace qr::output {
 
@@ -128,7 +129,7 @@ class WorkbookStream {
         std::uint64_t offset = head.size();
         for (std::size_t i = 0; i < m_sheets.size(); ++i) {
             if (offset > std::numeric_limits<std::uint32_t>::max()) {
-                throw Error(kFileAccessError, kWorkbookSource, "the workbook exceeds 4 GB");
+                throw std::length_error("the workbook would exceed 4 GB");
             }
             for (int b = 0; b < 4; ++b) {
                 head[sheetOffsetAt[i] + b] = static_cast<std::uint8_t>(offset >> (8 * b));
@@ -145,8 +146,8 @@ class WorkbookStream {
         }
         out.flush();
         if (offset < kMinimumStreamSize) {
-            // Zeros after the last EOF keep a small workbook out of the compound file's
-            // small-block area, where some readers do not look for it.
+            // Zeros after the last EOF bring a small workbook to 4,096 bytes, the least Excel's
+            // own files have, which keeps it out of the compound file's small-block area.
             std::vector<std::uint8_t> padding(kMinimumStreamSize - offset, 0);
             sink(padding);
         }

@@ -417,6 +417,17 @@ TEST(WorkbookFile, IsWrittenWholeOrNotAtAll) {
     EXPECT_EQ(book.show(0, 0), "new");
 }
 
+TEST(WorkbookFile, ExportFilterWritesToItsFileName) {
+    test::TempDir dir;
+    auto filter = makeWorkbookExportFilter();
+    filter->setFileName((dir / "J-FinalGlass.xls").string());
+    filter->exportPages(pagesOf("Final Glass", {{text(720, 0, 1000, "pane")}}));
+    FreeXl book(dir / "J-FinalGlass.xls");
+    EXPECT_EQ(book.sheetName(0), "Final Glass");
+    book.select(0);
+    EXPECT_EQ(book.show(0, 0), "pane");
+}
+
 TEST(WorkbookSheetName, FollowsExcelRules) {
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"Job Glass Report", "Job Glass Report"},
