@@ -45,7 +45,7 @@ TEST(ReportLayout, MemoWithLineBreaksGrowsItsSectionAndPushesWhatIsBelow) {
     EXPECT_EQ(memo->runs[0], (page::TextRun{1920, 900, 800, "line one"}));
     EXPECT_EQ(memo->runs[1], (page::TextRun{1920, 1140, 800, "line two"}));
     EXPECT_EQ(memo->runs[2], (page::TextRun{1920, 1380, 1000, "line three"}));
-    EXPECT_EQ(memo->text, "line one\r\nline two\nline three");
+    EXPECT_EQ(memo->text, "line one\nline two\nline three");
     // The label beside the memo stays; the one below moves down by the growth (480).
     EXPECT_EQ(textsOf(page, "Caption")[0]->box.y, 720);
     EXPECT_EQ(textsOf(page, "After")[0]->box.y, 720 + 300 + 480);

@@ -15,6 +15,24 @@ namespace {
 constexpr int kCheckSquare = 200;
 constexpr int kCheckCaptionGap = 60;
 
+/// CR LF and CR become LF, as the print model writes line breaks.
+void normaliseLineBreaks(std::string& text) {
+    if (text.find('\r') == std::string::npos)
+        return;
+    std::string out;
+    out.reserve(text.size());
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '\r') {
+            out += text[i];
+        } else {
+            out += '\n';
+            if (i + 1 < text.size() && text[i + 1] == '\n')
+                ++i;
+        }
+    }
+    text = std::move(out);
+}
+
 std::string joinRuns(const std::vector<page::TextRun>& runs) {
     std::string out;
     for (const page::TextRun& run : runs) {
@@ -121,6 +139,7 @@ int BandBuilder::addText(Control& control, const Section& section, std::string t
 
 int BandBuilder::fillText(page::TextItem& item, Control& control, std::string text, bool grow) {
     item.text = std::move(text);
+    normaliseLineBreaks(item.text);
     const int maxHeight = grow ? INT_MAX : item.box.height;
     const int needed = m_text.layout(item.text, item.font, item.box.width, item.align,
                                      control.settings().wordWrap, maxHeight, item.runs);
@@ -294,6 +313,30 @@ void BandBuilder::atoms(const Band& band, std::vector<Atom>& out) {
         itemAtoms(item, out);
 }
 
+void BandBuilder::splitText(page::TextItem& text, int cut, Band& tail) {
+    // The lines below the cut go on with the rest of the band.
+    const page::FontMetrics& m = m_text.metrics(text.font);
+    page::TextItem rest = text;
+    rest.runs.clear();
+    std::vector<page::TextRun> first;
+    for (page::TextRun& run : text.runs) {
+        if (run.baseline + m.descent <= cut) {
+            first.push_back(std::move(run));
+        } else {
+            run.baseline -= cut;
+            rest.runs.push_back(std::move(run));
+        }
+    }
+    text.runs = std::move(first);
+    const int bottom = text.box.y + text.box.height;
+    text.box.height = std::max(0, cut - text.box.y);
+    text.text = joinRuns(text.runs);
+    rest.box.y = 0;
+    rest.box.height = std::max(0, bottom - cut);
+    rest.text = joinRuns(rest.runs);
+    tail.items.emplace_back(std::move(rest));
+}
+
 void BandBuilder::split(Band& band, int cut, Band& tail) {
     tail.clear();
     tail.height = band.height - cut;
@@ -316,29 +359,8 @@ void BandBuilder::split(Band& band, int cut, Band& tail) {
             tail.items.push_back(std::move(item));
             continue;
         }
-        if (!above && text != nullptr && text->runs.size() > 1) {
-            // A text cut between its lines: the lines below go on with the rest of the band.
-            const page::FontMetrics& m = m_text.metrics(text->font);
-            page::TextItem rest = *text;
-            rest.runs.clear();
-            std::vector<page::TextRun> first;
-            for (page::TextRun& run : text->runs) {
-                if (run.baseline + m.descent <= cut) {
-                    first.push_back(std::move(run));
-                } else {
-                    run.baseline -= cut;
-                    rest.runs.push_back(std::move(run));
-                }
-            }
-            text->runs = std::move(first);
-            const int bottom = text->box.y + text->box.height;
-            text->box.height = std::max(0, cut - text->box.y);
-            text->text = joinRuns(text->runs);
-            rest.box.y = 0;
-            rest.box.height = std::max(0, bottom - cut);
-            rest.text = joinRuns(rest.runs);
-            tail.items.emplace_back(std::move(rest));
-        }
+        if (!above && text != nullptr && text->runs.size() > 1)
+            splitText(*text, cut, tail);
         moved[i] = static_cast<int>(kept);
         if (kept != i)
             band.items[kept] = std::move(item);

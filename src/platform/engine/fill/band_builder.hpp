@@ -60,6 +60,9 @@ class BandBuilder {
     /// Fill a text item's text, runs and numeric value from its control; returns the height
     /// its lines need.
     int fillText(page::TextItem& item, Control& control, std::string text, bool grow);
+    /// Cut a text between its lines: it keeps the lines above `cut`, a copy holding the rest
+    /// goes to `tail`.
+    void splitText(page::TextItem& text, int cut, Band& tail);
     void pushDown(std::vector<Placed>& placed, Band& band, int designHeight);
     void itemAtoms(const page::Item& item, std::vector<Atom>& out);
 
