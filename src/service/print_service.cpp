@@ -3,6 +3,7 @@
 #include "platform/core/error.hpp"
 #include "platform/host/error_log.hpp"
 #include "platform/host/module_state.hpp"
+#include "reports/glass/final_glass_report.hpp"
 #include "service/component.hpp"
 #include "service/dispatcher.hpp"
 #include "service/run_sequence.hpp"
@@ -161,32 +162,55 @@ void PrintService::PrintMetalCutListing(host::CutLabelsReportData&, bool bPrevie
     runUnavailable("PrintMetalCutListing", "AR2MetalCutListings", bPreview);
 }
 
-void PrintService::PrintFinalGlassReportWithoutPrices(host::FinalGlassReportData&,
-                                                      std::string VendorPath, bool bPreview, bool,
-                                                      bool) {
+void PrintService::PrintFinalGlassReportWithoutPrices(host::FinalGlassReportData& ReportData,
+                                                      std::string VendorPath, bool bPreview,
+                                                      bool ShouldExportToExcel,
+                                                      bool ShouldExportToPdf) {
     storeVendorPath(VendorPath);
-    runUnavailable("PrintFinalGlassReportWithoutPrices", "FinalGlassARNP", bPreview);
+    runTypedMethod<reports::FinalGlassARNP>("PrintFinalGlassReportWithoutPrices", "FinalGlassARNP",
+                                            bPreview, [&](reports::FinalGlassARNP& report) {
+                                                report.ReportData = &ReportData;
+                                                report.ShouldExportToExcel = ShouldExportToExcel;
+                                                report.ShouldExportToPdf = ShouldExportToPdf;
+                                            });
 }
 
-void PrintService::PrintFinalGlassLandscapeReportWithoutPrices(host::FinalGlassReportData&,
-                                                               std::string VendorPath,
-                                                               bool bPreview, bool, bool) {
+void PrintService::PrintFinalGlassLandscapeReportWithoutPrices(
+    host::FinalGlassReportData& ReportData, std::string VendorPath, bool bPreview,
+    bool ShouldExportToExcel, bool ShouldExportToPdf) {
     storeVendorPath(VendorPath);
-    runUnavailable("PrintFinalGlassLandscapeReportWithoutPrices", "FinalGlassARNP2", bPreview);
+    runTypedMethod<reports::FinalGlassARNP2>("PrintFinalGlassLandscapeReportWithoutPrices",
+                                             "FinalGlassARNP2", bPreview,
+                                             [&](reports::FinalGlassARNP2& report) {
+                                                 report.ReportData = &ReportData;
+                                                 report.ShouldExportToExcel = ShouldExportToExcel;
+                                                 report.ShouldExportToPdf = ShouldExportToPdf;
+                                             });
 }
 
-void PrintService::PrintFinalGlassLandscapeReport(host::FinalGlassReportData&,
-                                                  std::string VendorPath, bool bPreview, bool,
-                                                  bool) {
+void PrintService::PrintFinalGlassLandscapeReport(host::FinalGlassReportData& ReportData,
+                                                  std::string VendorPath, bool bPreview,
+                                                  bool ShouldExportToExcel,
+                                                  bool ShouldExportToPdf) {
     storeVendorPath(VendorPath);
-    runUnavailable("PrintFinalGlassLandscapeReport", "FinalGlassAR2", bPreview);
+    runTypedMethod<reports::FinalGlassAR2>("PrintFinalGlassLandscapeReport", "FinalGlassAR2",
+                                           bPreview, [&](reports::FinalGlassAR2& report) {
+                                               report.ReportData = &ReportData;
+                                               report.ShouldExportToExcel = ShouldExportToExcel;
+                                               report.ShouldExportToPdf = ShouldExportToPdf;
+                                           });
 }
 
-void PrintService::PrintFinalGlassPortraitReport(host::FinalGlassReportData&,
-                                                 std::string VendorPath, bool bPreview, bool,
-                                                 bool) {
+void PrintService::PrintFinalGlassPortraitReport(host::FinalGlassReportData& ReportData,
+                                                 std::string VendorPath, bool bPreview,
+                                                 bool ShouldExportToExcel, bool ShouldExportToPdf) {
     storeVendorPath(VendorPath);
-    runUnavailable("PrintFinalGlassPortraitReport", "FinalGlassAR", bPreview);
+    runTypedMethod<reports::FinalGlassAR>("PrintFinalGlassPortraitReport", "FinalGlassAR", bPreview,
+                                          [&](reports::FinalGlassAR& report) {
+                                              report.ReportData = &ReportData;
+                                              report.ShouldExportToExcel = ShouldExportToExcel;
+                                              report.ShouldExportToPdf = ShouldExportToPdf;
+                                          });
 }
 
 } // namespace qr::service
