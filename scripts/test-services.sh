@@ -58,7 +58,7 @@ _pg_stop() {
 
 _odbc_driver() {
   # The driver library of a Debian ODBC package, wherever the architecture puts it.
-  dpkg -L "$1" 2>/dev/null | grep "/$2\$" | head -n 1
+  { dpkg -L "$1" 2>/dev/null || true; } | grep "/$2\$" | head -n 1 || true
 }
 
 _odbc_register() {

@@ -5,7 +5,6 @@
 #include "data/sample/sample_rows.hpp"
 #include "data/sample/sample_writer.hpp"
 #include "data/statements.hpp"
-#include "platform/db/data_control.hpp"
 #include "platform/db/test_databases.hpp"
 
 #include <gtest/gtest.h>
@@ -156,12 +155,11 @@ TEST_P(SampleWriterTest, TheThirdJobReadsAsNullsAndEmptyTables) {
         EXPECT_EQ(connection().openRecordset(table)->recordCount(), 0) << table;
 }
 
-TEST_P(SampleWriterTest, ADataControlReadsTheSampleJob) {
-    db::DataControl control;
-    control.setConnection(database().connect());
-    control.setSource(sql::laborRows("LaborReport1", connection().dialect()));
-    control.refresh();
-    RowCursor* rows = control.recordset();
+TEST_P(SampleWriterTest, TheLaborTableOpensAsTheJobLaborReportsDataControlOpensIt) {
+    const auto other = database().connect();
+    RowProvider& provider = *other;
+    auto rows = provider.openRows(sql::laborRows("laborreport1", connection().dialect()),
+                                  CursorType::Static, LockType::Optimistic);
     ASSERT_EQ(rows->recordCount(), 12);
     std::int32_t lastSort = 0;
     for (; !rows->eof(); rows->moveNext()) {

@@ -1,6 +1,5 @@
 // Connection strings, connection failures and what a connection knows about its database.
 #include "platform/db/connection.hpp"
-#include "platform/db/data_control.hpp"
 #include "platform/db/db_error.hpp"
 #include "platform/db/sql_script.hpp"
 #include "platform/db/test_databases.hpp"
@@ -173,26 +172,21 @@ TEST_P(ConnectionTest, ParametersKeepTheirTypes) {
         EXPECT_EQ(rows->value(columns[i]), row[i]) << columns[i];
 }
 
-TEST_P(ConnectionTest, DataControlReadsItsSourceAndReReadsOnRefresh) {
+TEST_P(ConnectionTest, RowsOpenedAsADataControlOpensThemAreASnapshotUntilReopened) {
     connection().execute("CREATE TABLE Jobs (JobID INTEGER PRIMARY KEY, mnotes TEXT)");
     connection().execute("INSERT INTO Jobs VALUES (1, 'first')");
-    db::DataControl control;
-    EXPECT_THROW(control.refresh(), Error) << "no connection yet";
-    control.setConnection(database().connect());
-    control.setCursorLocation(3);
-    control.setCursorType(3);
-    control.setSource("Select * FROM Jobs WHERE JobID=1");
-    control.refresh();
-    ASSERT_NE(control.recordset(), nullptr);
-    EXPECT_EQ(control.recordset()->value("mNotes"), Variant("first"));
+    // The engine's data control sees only the row-provider side of a connection.
+    const auto other = database().connect();
+    RowProvider& provider = *other;
+    const std::string source = "Select * FROM Jobs WHERE JobID=1";
+    auto rows = provider.openRows(source, CursorType::Static, LockType::Optimistic);
+    EXPECT_EQ(rows->value("mNotes"), Variant("first"));
 
     connection().execute("UPDATE Jobs SET mnotes='merged' WHERE JobID=1");
-    EXPECT_EQ(control.recordset()->value("mNotes"), Variant("first")) << "a snapshot";
-    control.refresh();
-    EXPECT_EQ(control.recordset()->value("mNotes"), Variant("merged"));
-
-    control.setCursorType(0);
-    EXPECT_THROW(control.refresh(), Error) << "forward-only has no exact count";
+    EXPECT_EQ(rows->value("mNotes"), Variant("first")) << "a snapshot";
+    rows = provider.openRows(source, CursorType::Static, LockType::Optimistic);
+    EXPECT_EQ(rows->value("mNotes"), Variant("merged"));
+    EXPECT_EQ(provider.describe(), db::maskConnectionString(database().connectionString()));
 }
 
 QR_INSTANTIATE_ON_ALL_BACKENDS(ConnectionTest);

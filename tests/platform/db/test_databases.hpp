@@ -20,6 +20,9 @@ enum class Backend { SQLite, PostgreSQL, Odbc };
 std::vector<Backend> allBackends();
 /// "SQLite", "PostgreSQL", "ODBC": used in parameterised test names.
 std::string backendName(Backend backend);
+inline void PrintTo(Backend backend, std::ostream* out) {
+    *out << backendName(backend);
+}
 
 class TestDatabase {
   public:
