@@ -63,6 +63,9 @@ class Report {
     void run();
     /// The pages of the last run.
     const page::Pages& pages() const { return m_pages; }
+    /// Drop the pages of the last run (a long report's pages are large; a report object kept
+    /// for the next request need not hold them meanwhile).
+    void releasePages() { m_pages = page::Pages{}; }
     /// The report's class name, as its design names it ("FinalGlassAR").
     const std::string& className() const { return m_context.reportName; }
 

@@ -76,6 +76,24 @@ TEST(ReportLayout, TextThatMayNotGrowIsClippedToItsBox) {
     EXPECT_EQ(textsOf(page, "OneLine")[0]->text, "aaa bbb ccc");
 }
 
+TEST(ReportLayout, TextsChangedInBeforePrintAreLaidOutInTheirBoxes) {
+    ReportDesign d =
+        designOf("Inches", {detail("Detail", 240,
+                                   {textBox("Thickness", {0, 0, 1000, 240}, "t").format("0.#####"),
+                                    label("Empty", {2000, 0, 1000, 240}, "")})});
+    ListReport report(std::move(d), {"t"}, {V{0.25}});
+    report.onBeforePrint("Detail", [&] {
+        TextBox& box = report.textBox("Thickness");
+        box.setText(box.text() + "\"");
+        report.label("Empty").setCaption("filled");
+    });
+    report.run();
+    const page::Page& page = report.pages().pages[0];
+    EXPECT_EQ(textsOf(page, "Thickness")[0]->runs.at(0), (page::TextRun{720, 900, 500, "0.25\""}));
+    EXPECT_EQ(textsOf(page, "Empty")[0]->runs.at(0), (page::TextRun{2720, 900, 600, "filled"}));
+    EXPECT_FALSE(textsOf(page, "Thickness")[0]->numericValue.has_value());
+}
+
 ReportDesign pagedDesign() {
     return designOf(
         "Paged",

@@ -284,6 +284,7 @@ void BandBuilder::refresh(Band& band) {
             band.items.emplace_back(std::move(item));
         }
         auto& item = std::get<page::TextItem>(band.items[source.item]);
+        item.font = fontOf(control);
         fillText(item, control, std::move(text), false);
     }
 }
