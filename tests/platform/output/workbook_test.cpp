@@ -124,9 +124,11 @@ class FreeXl {
 
 /// What the records of the globals and the first sheet say: the number format pattern of every
 /// numeric cell by (row, column) (cell -> XF -> FORMAT, or Excel's built-in table below 164),
-/// and the shared-string table as stored.
+/// the weight of every cell's font (cell -> XF -> FONT, where index 4 does not exist) and the
+/// shared-string table as stored.
 struct StreamWalk {
     std::map<std::pair<int, int>, std::string> patterns;
+    std::map<std::pair<int, int>, int> fontWeights;
     std::size_t longestRecord = 0;
     int lowestCellXf = 1 << 16;
     std::vector<std::vector<std::uint8_t>> sharedStringRecords; // SST, then its CONTINUEs
@@ -151,8 +153,15 @@ StreamWalk walkStream(const fs::path& path) {
     const std::map<int, std::string> builtIn = {
         {0, "General"}, {2, "0.00"}, {3, "#,##0"}, {4, "#,##0.00"}};
     std::map<int, std::string> formats;
-    std::vector<int> xfFormats;
     StreamWalk walk;
+    std::vector<int> xfFormats;
+    std::vector<int> xfFonts;
+    std::vector<int> fontWeights;
+    auto noteFont = [&](std::size_t data) {
+        int font = xfFonts.at(u16(data + 4));
+        EXPECT_NE(font, 4);
+        walk.fontWeights[{u16(data), u16(data + 2)}] = fontWeights.at(font < 4 ? font : font - 1);
+    };
     int substreams = 0;
     for (std::size_t at = 0; at + 4 <= size && substreams < 2;) {
         int type = u16(at);
@@ -162,15 +171,20 @@ StreamWalk walkStream(const fs::path& path) {
         if (type == 0x041E) { // FORMAT: id, length, flags, characters (all ASCII here)
             formats[u16(data)] =
                 std::string(bytes.begin() + data + 5, bytes.begin() + data + 5 + u16(data + 2));
+        } else if (type == 0x0031) {
+            fontWeights.push_back(u16(data + 6));
         } else if (type == 0x00E0) {
+            xfFonts.push_back(u16(data));
             xfFormats.push_back(u16(data + 2));
         } else if (type == 0x027E || type == 0x0203) {
             int xf = u16(data + 4);
             walk.lowestCellXf = std::min(walk.lowestCellXf, xf);
+            noteFont(data);
             int id = xfFormats.at(xf);
             walk.patterns[{u16(data), u16(data + 2)}] = id < 164 ? builtIn.at(id) : formats.at(id);
         } else if (type == 0x00FD) {
             walk.lowestCellXf = std::min(walk.lowestCellXf, u16(data + 4));
+            noteFont(data);
         } else if (type == 0x00FC || (type == 0x003C && !walk.sharedStringRecords.empty())) {
             walk.sharedStringRecords.emplace_back(bytes.begin() + data,
                                                   bytes.begin() + data + length);
@@ -236,15 +250,19 @@ TEST(WorkbookReadBack, NumbersComeBackAsNumbersAndTextsAsText) {
         {0.5, ".50", "$###,###.00"},
         {3, "Page  1 of  3", "\"Page  1 of  \"#"},
     };
-    std::vector<page::Item> items = {text(720, 0, 3000, "Description"),
-                                     text(5040, 0, 1440, "Amount", Align::Right)};
+    page::TextItem description = text(720, 0, 3000, "Description");
+    page::TextItem amount = text(5040, 0, 1440, "Amount", Align::Right);
+    description.font = amount.font = 1; // the bold heading font
+    std::vector<page::Item> items = {description, amount};
     for (std::size_t i = 0; i < figures.size(); ++i) {
         int y = 300 * static_cast<int>(i + 1);
         items.push_back(text(720, y, 3000, "Line " + std::to_string(i)));
         items.push_back(number(5040, y, figures[i].value, figures[i].shown, figures[i].format));
     }
     test::TempDir dir;
-    writeWorkbook(pagesOf("Figures", {items}), dir / "figures.xls");
+    page::Pages pages = pagesOf("Figures", {items});
+    pages.fonts = {{"Arial", 10}, {"Arial", 10, true}};
+    writeWorkbook(pages, dir / "figures.xls");
 
     FreeXl book(dir / "figures.xls");
     EXPECT_EQ(book.info(FREEXL_BIFF_VERSION), FREEXL_BIFF_VER_8);
@@ -266,6 +284,9 @@ TEST(WorkbookReadBack, NumbersComeBackAsNumbersAndTextsAsText) {
 
     StreamWalk walk = walkStream(dir / "figures.xls");
     EXPECT_GE(walk.lowestCellXf, 15); // the first 15 XF records are styles
+    EXPECT_EQ(walk.fontWeights[std::pair(0, 0)], 700);
+    EXPECT_EQ(walk.fontWeights[std::pair(0, 1)], 700);
+    EXPECT_EQ(walk.fontWeights[std::pair(1, 0)], 400);
     for (std::size_t i = 0; i < figures.size(); ++i) {
         EXPECT_EQ(walk.patterns[std::pair(int(i + 1), 1)], figures[i].format) << figures[i].shown;
     }
