@@ -135,8 +135,16 @@ Session::Session(const ConnectionSpec& spec, std::string desc)
         dialect = probeOdbcDialect(db);
 }
 
+QSqlDatabase Session::database() const {
+    if (std::this_thread::get_id() != owner)
+        throw Error(dberr::kProviderError, description,
+                    "The connection " + description +
+                        " was opened on another thread; open one on this thread");
+    return QSqlDatabase::database(name, false);
+}
+
 Session::~Session() {
-    {
+    if (std::this_thread::get_id() == owner) {
         QSqlDatabase db = database();
         if (db.isOpen()) {
             if (inTransaction)

@@ -10,6 +10,7 @@
 #include <QVariant>
 #include <map>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace qr::db::detail {
@@ -20,7 +21,9 @@ struct Session {
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    QSqlDatabase database() const { return QSqlDatabase::database(name, false); }
+    /// The Qt connection; raises Error when called on another thread than the one that opened
+    /// it (Qt SQL connections cannot cross threads).
+    QSqlDatabase database() const;
 
     /// Prepare and run `sql` with `params` bound in order; raises Error with the database's
     /// message. A forward-only query is enough for every reader here: recordsets copy rows.
@@ -39,6 +42,7 @@ struct Session {
     Connection::StatementObserver observer;
     bool inTransaction = false;
     std::map<std::string, std::vector<std::string>> keys;
+    std::thread::id owner = std::this_thread::get_id();
 };
 
 /// `[name]` and `"name"` without their quotes; a plain name unchanged.

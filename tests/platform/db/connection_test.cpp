@@ -5,6 +5,7 @@
 #include "platform/db/test_databases.hpp"
 
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace qr::test {
 namespace {
@@ -106,6 +107,21 @@ TEST(Connection, UnreachableDatabasesGiveAnErrorNamingTheString) {
             EXPECT_EQ(error.description().find("topsecret"), std::string::npos);
         }
     }
+}
+
+TEST(Connection, UseOnAnotherThreadIsRefusedWithAClearError) {
+    TempDir dir;
+    db::Connection connection("sqlite:" + (dir.path() / "t.db").string());
+    std::string description;
+    std::thread([&] {
+        try {
+            connection.execute("CREATE TABLE t (i INTEGER)");
+        } catch (const Error& error) {
+            description = error.description();
+        }
+    }).join();
+    EXPECT_NE(description.find("another thread"), std::string::npos) << description;
+    EXPECT_NO_THROW(connection.execute("CREATE TABLE t (i INTEGER)"));
 }
 
 TEST(SqlScript, SplitsAtSemicolonsOutsideQuotesAndComments) {
