@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <cstdlib>
 #include <mutex>
+#include <string>
 
 namespace qr::output {
 
@@ -30,8 +31,17 @@ void ensureGuiApplication() {
         }
         return;
     }
-    if (!isSet("QT_QPA_PLATFORM") && !isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) {
-        ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    if (!isSet("QT_QPA_PLATFORM")) {
+        // A display that cannot be opened (a stale DISPLAY after a remote session ended) makes
+        // Qt abort the whole process; ending the list with "offscreen" lets it carry on
+        // without windows instead.
+        std::string platforms;
+        if (isSet("DISPLAY"))
+            platforms += "xcb;";
+        if (isSet("WAYLAND_DISPLAY"))
+            platforms += "wayland;";
+        platforms += "offscreen";
+        ::setenv("QT_QPA_PLATFORM", platforms.c_str(), 1);
     }
     // Qt keeps referring to argc and argv, so they must outlive the application.
     static int argc = 1;

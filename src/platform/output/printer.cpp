@@ -11,6 +11,7 @@
 #include <QPainter>
 #include <QPrinter>
 #include <QPrinterInfo>
+#include <algorithm>
 #include <cstdlib>
 #include <string_view>
 
@@ -45,19 +46,6 @@ QPageLayout::Orientation orientationOf(const page::Page& page) {
     return page.width > page.height ? QPageLayout::Landscape : QPageLayout::Portrait;
 }
 
-void configure(QPrinter& printer, const page::Pages& pages, const std::string& jobName) {
-    printer.setDocName(QString::fromStdString(jobName));
-    printer.setFullPage(true);
-    printer.setCopyCount(1);
-    printer.setPageSize(QPageSize(QPageSize::Letter));
-    printer.setPageMargins(QMarginsF(0, 0, 0, 0), QPageLayout::Point);
-    printer.setPageOrientation(pages.orientation == page::Orientation::Landscape
-                                   ? QPageLayout::Landscape
-                                   : QPageLayout::Portrait);
-    if (!pages.pages.empty())
-        printer.setPageOrientation(orientationOf(pages.pages.front()));
-}
-
 } // namespace
 
 PrintDestination parsePrinterOverride(const char* value) {
@@ -75,29 +63,41 @@ PrintDestination parsePrinterOverride(const char* value) {
     return {PrintDestination::Kind::NamedPrinter, std::string(text)};
 }
 
-void printPages(const page::Pages& pages, const std::string& jobName) {
-    const PrintDestination destination = parsePrinterOverride(std::getenv(kPrinterVariable));
-    if (destination.kind == PrintDestination::Kind::PdfFile) {
-        writePdf(pages, destination.target);
-        return;
-    }
-    ensureGuiApplication();
-    const QPrinterInfo info = choosePrinter(destination);
+void setUpPrinter(QPrinter& printer, const page::Pages& pages, const std::string& jobName) {
+    printer.setDocName(QString::fromStdString(jobName));
+    printer.setFullPage(true);
+    printer.setCopyCount(1);
+    printer.setPageSize(QPageSize(QPageSize::Letter));
+    printer.setPageOrientation(pages.orientation == page::Orientation::Landscape
+                                   ? QPageLayout::Landscape
+                                   : QPageLayout::Portrait);
+    if (!pages.pages.empty())
+        printer.setPageOrientation(orientationOf(pages.pages.front()));
+    // Painting is full page, so the margins change no position; they tell the print system
+    // where the report keeps its edges clear.
+    const double perPoint = page::kTwipsPerPoint;
+    printer.setPageMargins(QMarginsF(pages.marginLeft / perPoint, pages.marginTop / perPoint,
+                                     pages.marginRight / perPoint, pages.marginBottom / perPoint),
+                           QPageLayout::Point);
+}
+
+void printPageRange(QPrinter& printer, const page::Pages& pages, std::size_t first,
+                    std::size_t last, const std::string& jobName) {
     if (pages.pages.empty())
         return;
-
-    QPrinter printer(info, QPrinter::HighResolution);
-    configure(printer, pages, jobName);
-    const std::string printerName = info.printerName().toStdString();
+    last = std::min(last, pages.pages.size() - 1);
+    first = std::min(first, last);
+    const std::string printerName = printer.printerName().toStdString();
+    printer.setPageOrientation(orientationOf(pages.pages[first]));
     QPainter painter;
     if (!painter.begin(&printer)) {
         printerError("The printer \"" + printerName + "\" could not start the job \"" + jobName +
                      "\".");
     }
     PainterRenderer renderer;
-    for (std::size_t i = 0; i < pages.pages.size(); ++i) {
+    for (std::size_t i = first; i <= last; ++i) {
         const page::Page& page = pages.pages[i];
-        if (i > 0) {
+        if (i > first) {
             printer.setPageOrientation(orientationOf(page));
             if (!printer.newPage()) {
                 painter.end();
@@ -118,6 +118,22 @@ void printPages(const page::Pages& pages, const std::string& jobName) {
         printerError("The printer \"" + printerName + "\" failed to print the job \"" + jobName +
                      "\".");
     }
+}
+
+void printPages(const page::Pages& pages, const std::string& jobName) {
+    const PrintDestination destination = parsePrinterOverride(std::getenv(kPrinterVariable));
+    if (destination.kind == PrintDestination::Kind::PdfFile) {
+        writePdf(pages, destination.target);
+        return;
+    }
+    ensureGuiApplication();
+    const QPrinterInfo info = choosePrinter(destination);
+    if (pages.pages.empty())
+        return;
+
+    QPrinter printer(info, QPrinter::HighResolution);
+    setUpPrinter(printer, pages, jobName);
+    printPageRange(printer, pages, 0, pages.pages.size() - 1, jobName);
 }
 
 } // namespace qr::output
