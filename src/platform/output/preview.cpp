@@ -1,8 +1,10 @@
 #include "platform/output/preview.hpp"
 
 #include "platform/core/error.hpp"
+#include "platform/output/desktop_session.hpp"
 #include "platform/output/output_error.hpp"
 #include "platform/output/pdf_writer.hpp"
+#include "platform/output/preview_window.hpp"
 
 #include <cctype>
 #include <cerrno>
@@ -96,6 +98,8 @@ void HeadlessPreview::show(const page::Pages& pages, const std::string& title) {
 }
 
 std::unique_ptr<PreviewPresenter> makePreviewPresenter() {
+    if (isInteractiveSession())
+        return std::make_unique<WindowPreview>();
     return std::make_unique<HeadlessPreview>();
 }
 

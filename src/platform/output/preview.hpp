@@ -1,9 +1,11 @@
 #pragma once
 // Showing a report before it is printed. The presenter is an interface so the service does not
-// care whether a window or a file shows the pages. For now the only presenter is headless: it
-// writes the pages to a PDF in a preview folder and says where on standard error.
-//   QUARVEX_PREVIEW_DIR=FOLDER  where preview files go (created when missing); unset, a fresh
-//                               temporary folder is used
+// care whether a window or a file shows the pages. A person at a desktop gets the modal preview
+// window (preview_window.hpp); without one (no display, QUARVEX_NONINTERACTIVE=1, see
+// desktop_session.hpp) the headless presenter writes the pages to a PDF in a preview folder and
+// says where on standard error, and never waits for anyone.
+//   QUARVEX_PREVIEW_DIR=FOLDER  where headless preview files go (created when missing); unset,
+//                               a fresh temporary folder is used
 
 #include "platform/engine/page/page.hpp"
 
@@ -51,7 +53,8 @@ class HeadlessPreview final : public PreviewPresenter {
 /// of characters one "_", ends trimmed, at most 80 characters; "Report" when nothing is left.
 std::string previewFileStem(std::string_view title);
 
-/// The presenter the service uses (the headless one, reporting on standard error).
+/// The presenter the service uses: the preview window in an interactive session
+/// (isInteractiveSession), otherwise the headless one, reporting on standard error.
 std::unique_ptr<PreviewPresenter> makePreviewPresenter();
 
 } // namespace qr::output
