@@ -1,10 +1,82 @@
 #!/usr/bin/env bash
-# Makes the sample job databases and prints every report the build has into files.
+# Makes the sample job databases and prints every report the build has into files:
+#   OUT/vendor.db, OUT/master.db        the sample jobs (SQLite)
+#   OUT/Jobs/<job>/Reports/...          the PDF and workbook exports of each report
+#   OUT/printed/*.pdf                   each report printed without a dialog (to a file)
+#   OUT/preview/*.pdf                   the headless previews
 set -euo pipefail
 program=$1
 out=$2
 rm -rf "$out"
-mkdir -p "$out"
+mkdir -p "$out/printed" "$out/preview" "$out/data"
+export QUARVEX_PREVIEW_DIR="$out/preview"
+export SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(date +%s)}
+
 "$program" --version
-"$program" make-sample --vendor "sqlite:$out/vendor.db" --master "sqlite:$out/master.db"
-echo "demo: sample databases in $out"
+echo "== sample databases"
+"$program" make-sample --vendor "sqlite:$out/vendor.db" --master "sqlite:$out/master.db" \
+  > "$out/report-tables.txt"
+echo "report tables: $(tr '\n' ' ' < "$out/report-tables.txt")"
+
+failures=0
+run() {
+  local what=$1
+  shift
+  if "$@"; then
+    echo "ok    $what"
+  else
+    echo "FAIL  $what (exit $?)"
+    failures=$((failures + 1))
+  fi
+}
+
+# The host's glass report data for a job, as the host fills it.
+glass_data() {
+  local job=$1 name=$2 title=$3 supplier=$4
+  cat > "$out/data/glass-$job.json" <<JSON
+{
+  "User": {"Name": "Dana Whitfield", "Phone": "(360) 555-0148",
+           "Email": "dana.whitfield@cascadeglazing.example"},
+  "Company": {"Name": "Cascade Glass & Glazing, Inc.", "Phone": "(360) 555-0100"},
+  "Job": {"JobID": $job, "JobName": "$name"},
+  "ReportTitle": "$title",
+  "GlassQuery": "SELECT * FROM JobGlass WHERE JobID=$job ORDER BY sDescription, pThickness, sGlassType, sTypeLabel",
+  "ShowSupplier": $supplier,
+  "Connection": "sqlite:$out/vendor.db"
+}
+JSON
+  echo "$out/data/glass-$job.json"
+}
+
+echo "== final glass reports (typed methods)"
+job1=$(glass_data 1 "Riverside Medical Office Building" "" true)
+job2=$(glass_data 2 "Maple Street Dental" "Glass List - Maple Street Dental" false)
+for method in PrintFinalGlassPortraitReport PrintFinalGlassLandscapeReport \
+              PrintFinalGlassReportWithoutPrices PrintFinalGlassLandscapeReportWithoutPrices; do
+  run "$method (job 1, printed and exported)" \
+    env QUARVEX_PRINTER="file:$out/printed/$method-job1.pdf" \
+    "$program" call "$method" --data "$job1" --vendor-path "$out" --no-preview --excel --pdf
+  run "$method (job 2, preview)" "$program" call "$method" --data "$job2" --vendor-path "$out" \
+    --preview
+done
+
+echo "== cost reports (request strings)"
+request() {
+  local name=${1%% *}
+  run "$1" env QUARVEX_PRINTER="file:$out/printed/$name.pdf" \
+    "$program" request --vendor "sqlite:$out/vendor.db" --master "sqlite:$out/master.db" \
+    --vendor-path "$out" "$1"
+}
+request "armarkup MarkupReport1 false 1 1 true true false |x |"
+request "armarkup2 MarkupReport1 false 1 1 true true false |x |"
+request "finalsummaryar FramingReport1 false 1 1 true true false |x |48-12-2-310.5-4"
+request "finalsummaryar2 FramingReport1 false 1 1 true true false |x |48-12-2-310.5-4"
+request "finallaborar LaborReport1 false 1 1 true true false |x |"
+
+echo "== files"
+find "$out/Jobs" "$out/printed" "$out/preview" -type f | sort
+if [ "$failures" -ne 0 ]; then
+  echo "demo: $failures report(s) failed" >&2
+  exit 1
+fi
+echo "demo: every report printed; files under $out"
