@@ -291,7 +291,8 @@ SectionDesign jobTotals(const Layout& layout, int width) {
                                .withFont(arial(9, false, true)));
         y += 120 + 240;
     }
-    return engine::reportFooter("ReportFooter", y + 60, std::move(controls));
+    // The job totals are read as one block: never split across pages.
+    return engine::reportFooter("ReportFooter", y + 60, std::move(controls)).keepTogetherOnPage();
 }
 
 } // namespace
