@@ -8,7 +8,7 @@ namespace {
 
 // A cache this large holds every distinct cell text of a long report many times over; past it
 // the widths of a font are dropped and measured again as they come.
-constexpr size_t kMaxCachedWidths = 200000;
+constexpr size_t kMaxCachedWidths = 65536;
 
 bool isContinuationByte(char c) {
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
