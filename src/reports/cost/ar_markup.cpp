@@ -32,7 +32,7 @@ constexpr int kPriceTop = rowY(18);
 constexpr int kRuleY = kPriceTop + kRow + 30;
 constexpr int kPriceRow = kRuleY + 60;
 constexpr int kTextTop = kPriceRow + 2 * kRow + 120;
-constexpr int kTextPitch = kRow + 80;
+constexpr int kTextPitch = kRow + 140;
 constexpr int kDetailHeight = kTextTop + 3 * kTextPitch;
 
 // The layout of one figure column: captions at the left, values right-aligned at its edge.

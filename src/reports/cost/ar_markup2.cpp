@@ -30,7 +30,7 @@ constexpr int kLine4Y = kTaxY + kRow + 30;
 constexpr int kGrandY = kLine4Y + 50;
 constexpr int kLine3Y = kGrandY + 420;
 constexpr int kTextTop = kLine3Y + 100;
-constexpr int kTextPitch = kRow + 80;
+constexpr int kTextPitch = kRow + 140;
 constexpr int kDetailHeight = kTextTop + 3 * kTextPitch;
 
 std::vector<ControlDesign> detailControls(CaptionMaker& caption) {
