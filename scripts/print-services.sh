@@ -3,7 +3,9 @@
 #   CUPS_SERVER            127.0.0.1:<port> of a private cupsd whose default queue writes each
 #                          job to a file; the CUPS client library (and so Qt) talks only to it
 #   QR_TEST_PRINTER        name of that default queue
-#   QR_TEST_PRINTED_JOB    the file the queue writes each job to (the job's data, unchanged)
+#   QR_TEST_PRINTED_JOB    the file the queue writes each job to (after CUPS's filters: a PDF
+#                          behind a PJL header naming the job, or PostScript)
+#   QR_TEST_CUPS_PAGE_LOG  CUPS's page log: a line per finished job with its name and pages
 #   QR_TEST_XVFB_DISPLAY   ":N" of a private Xvfb; DISPLAY itself is not exported, so the rest
 #                          of the suite stays headless
 # Nothing listens outside loopback, and nothing survives print_services_stop.
@@ -25,7 +27,7 @@ print_services_stop() {
   [ -n "${QR_PRINT_SERVICES_STATE:-}" ] || return 0
   _stop_pid "$QR_PRINT_SERVICES_STATE/cups/cupsd.pid"
   _stop_pid "$QR_PRINT_SERVICES_STATE/xvfb/xvfb.pid"
-  unset CUPS_SERVER QR_TEST_PRINTER QR_TEST_PRINTED_JOB QR_TEST_XVFB_DISPLAY
+  unset CUPS_SERVER QR_TEST_PRINTER QR_TEST_PRINTED_JOB QR_TEST_CUPS_PAGE_LOG QR_TEST_XVFB_DISPLAY
   return 0
 }
 
@@ -77,6 +79,7 @@ DefaultEncryption Never
 MaxLogSize 0
 PreserveJobHistory Yes
 PreserveJobFiles No
+PageLogFormat job %j pages %P %C name %{job-name}
 <Location />
   Order allow,deny
   Allow from 127.0.0.1
@@ -132,6 +135,7 @@ _cups_start() {
   export CUPS_SERVER="127.0.0.1:$port"
   export QR_TEST_PRINTER=QuarvexTest
   export QR_TEST_PRINTED_JOB="$dir/out/printed-job"
+  export QR_TEST_CUPS_PAGE_LOG="$dir/log/page_log"
   echo "print-services: CUPS on $CUPS_SERVER, default queue QuarvexTest -> $QR_TEST_PRINTED_JOB"
 }
 

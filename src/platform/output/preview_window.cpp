@@ -19,6 +19,8 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
+#include <QPainter>
+#include <QPixmap>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QRegularExpression>
@@ -56,10 +58,35 @@ QIcon themeIcon(const char* name, QStyle::StandardPixmap fallback, const QWidget
     return QIcon::fromTheme(name, widget->style()->standardIcon(fallback, nullptr, widget));
 }
 
+// A magnifying glass with a plus or a minus, for desktops without an icon theme (Qt's own
+// style has no zoom icons).
+QIcon magnifier(bool plus, const QWidget* widget) {
+    constexpr int kSide = 40;
+    QPixmap picture(kSide, kSide);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor ink = widget->palette().color(QPalette::WindowText);
+    painter.setPen(QPen(ink, 4, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(26, 26), QPointF(36, 36));
+    painter.setPen(QPen(ink, 3));
+    painter.drawEllipse(QRectF(4, 4, 24, 24));
+    painter.drawLine(QPointF(10, 16), QPointF(22, 16));
+    if (plus)
+        painter.drawLine(QPointF(16, 10), QPointF(16, 22));
+    return QIcon(picture);
+}
+
+// Widgets need Qt's application before the first one is made, the dialog's base included.
+QWidget* withApplication(QWidget* parent) {
+    ensureGuiApplication();
+    return parent;
+}
+
 } // namespace
 
 PreviewWindow::PreviewWindow(const page::Pages& pages, const std::string& title, QWidget* parent)
-    : QDialog(parent), m_pages(pages), m_title(title) {
+    : QDialog(withApplication(parent)), m_pages(pages), m_title(title) {
     setObjectName("preview");
     setWindowTitle(QString::fromStdString(title));
     setWindowFlags(windowFlags() | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
@@ -161,7 +188,7 @@ void PreviewWindow::buildToolBar(QToolBar* bar) {
                {QKeySequence(Qt::CTRL | Qt::Key_End)}, [this] { lastPage(); });
     bar->addSeparator();
 
-    addCommand(bar, "Zoom out", themeIcon("zoom-out", QStyle::SP_ArrowDown, this),
+    addCommand(bar, "Zoom out", QIcon::fromTheme("zoom-out", magnifier(false, this)),
                {QKeySequence(Qt::CTRL | Qt::Key_Minus)}, [this] { zoomOut(); });
     m_zoomBox = new QComboBox;
     m_zoomBox->setObjectName("zoomBox");
@@ -184,7 +211,7 @@ void PreviewWindow::buildToolBar(QToolBar* bar) {
     });
     connect(m_zoomBox->lineEdit(), &QLineEdit::returnPressed, this, [this] { zoomBoxEntered(); });
     bar->addWidget(m_zoomBox);
-    addCommand(bar, "Zoom in", themeIcon("zoom-in", QStyle::SP_ArrowUp, this),
+    addCommand(bar, "Zoom in", QIcon::fromTheme("zoom-in", magnifier(true, this)),
                {QKeySequence(Qt::CTRL | Qt::Key_Plus), QKeySequence(Qt::CTRL | Qt::Key_Equal)},
                [this] { zoomIn(); });
     bar->addSeparator();
