@@ -255,6 +255,24 @@ TEST_P(MarkupReportTest, AFailedMergeLeavesTheJobRowAsItWas) {
     EXPECT_EQ(jobText(kClinicJob, "mnotes"), "Storefront at grade, curtain wall above.");
 }
 
+TEST_P(MarkupReportTest, AJobWithoutAJobRowIsAnErrorNamingTheJob) {
+    setRequest("MarkupClinic", 404);
+    for (bool estimate : {false, true}) {
+        std::unique_ptr<engine::Report> report;
+        if (estimate)
+            report = std::make_unique<reports::ARMarkup2>();
+        else
+            report = std::make_unique<reports::ARMarkup>();
+        try {
+            report->run();
+            ADD_FAILURE() << report->className() << " printed a job that does not exist";
+        } catch (const Error& error) {
+            EXPECT_NE(error.description().find("no job 404 in JobSummary"), std::string::npos)
+                << error.description();
+        }
+    }
+}
+
 TEST_P(MarkupReportTest, ANullMarkupFigureIsAnErrorNamingIt) {
     setRequest("MarkupNull", kClinicJob);
     reports::ARMarkup report;

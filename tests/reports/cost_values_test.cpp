@@ -39,11 +39,6 @@ TEST(FirmTextMerge, FollowsTheRulesOfTheEstimate) {
         EXPECT_EQ(mergedFirmText(c.job, c.firm), c.merged) << c.name;
 }
 
-TEST(FirmTextMerge, TrimsBlanksAndLineBreaksAtBothEnds) {
-    EXPECT_EQ(trimmedText("  \r\n Permits.\r\nBonds. \t\r\n"), "Permits.\r\nBonds.");
-    EXPECT_EQ(trimmedText(" \r\n "), "");
-}
-
 TEST(CostMoneyText, ShowsHostFiguresThroughTheirDecimalText) {
     struct Case {
         double value;

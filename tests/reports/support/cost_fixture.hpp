@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,9 @@ namespace qr::test {
 enum class CostBackend { SQLite, PostgreSQL };
 
 std::string costBackendName(const ::testing::TestParamInfo<CostBackend>& info);
+inline void PrintTo(CostBackend backend, std::ostream* out) {
+    *out << (backend == CostBackend::SQLite ? "SQLite" : "PostgreSQL");
+}
 
 /// One empty database: a SQLite file, or a fresh database on the test PostgreSQL server.
 class CostDatabase {
