@@ -72,10 +72,9 @@ void append(std::vector<ControlDesign>& to, std::vector<ControlDesign> more) {
         to.push_back(std::move(control));
 }
 
-std::vector<ControlDesign> detailControls(CaptionMaker& caption) {
+// The material column: the category totals with overrides, surcharges, the material total.
+std::vector<ControlDesign> materialColumn(CaptionMaker& caption) {
     const FigureColumn material{caption, kMaterialX};
-    const FigureColumn labor{caption, kLaborX};
-    const FigureColumn markup{caption, kMarkupX};
     std::vector<ControlDesign> controls{
         material.heading(0, "Material"),
         material.name(1, "Stock Material:"),
@@ -97,77 +96,88 @@ std::vector<ControlDesign> detailControls(CaptionMaker& caption) {
     append(controls, material.surcharge(9, "Glass Surcharge", "Field33", "pGlassSurchargeRate",
                                         "lGlassSurcharge"));
     append(controls,
-           {
-               material.name(10, "Total w/Surcharge"),
-               material.figure("lTotalGlassWSur", 10),
-               material.name(11, "Total Material:"),
-               material.figure("lTotalMaterial", 11).bold(),
+           {material.name(10, "Total w/Surcharge"), material.figure("lTotalGlassWSur", 10),
+            material.name(11, "Total Material:"), material.figure("lTotalMaterial", 11).bold()});
+    return controls;
+}
 
-               labor.heading(0, "Labor"),
-               labor.name(1, "Job Labor:"),
-               labor.computed("LaborBaseCostField", 1),
-               labor.name(2, "Add to Labor:"),
-               labor.bound("Field18", 2, "cAddToLabor", kBoundMoneyFormat),
-               labor.name(3, "Total Labor:"),
-               labor.figure("lTotalLabor", 3).bold(),
-               labor.heading(5, "Outside Costs"),
-               labor.name(6, "Subcontractor Costs:"),
-               labor.bound("Field23", 6, "cSubcontractorCosts", kBoundMoneyFormat),
-               labor.name(7, "Equipment Rental:"),
-               labor.bound("Field24", 7, "cRentalCosts", kBoundMoneyFormat),
-               labor.name(8, "Miscellaneous:"),
-               labor.bound("Field34", 8, "cOtherCosts", kBoundMoneyFormat),
-               labor.name(9, "Total Outside:"),
-               labor.figure("lTotalOutside", 9).bold(),
-               labor.heading(11, "Tax"),
-               labor.name(12, "Metal and Misc Tax %"),
-               labor.bound("Field39", 12, "pStockTaxRate"),
-               labor.name(13, "Glass Tax %"),
-               labor.bound("Field42", 13, "pGlassTaxRate"),
-               labor.name(14, "Outside Tax %"),
-               labor.bound("Field43", 14, "pOtherCostsTaxRate"),
-               labor.name(15, "Labor Tax %"),
-               labor.bound("Field44", 15, "pLaborTaxRate"),
-               labor.name(16, "Surcharge Tax %"),
-               labor.bound("Field45", 16, "pSurchargeTaxRate"),
+// The middle column: labor, outside costs and the tax rates.
+std::vector<ControlDesign> laborColumn(CaptionMaker& caption) {
+    const FigureColumn labor{caption, kLaborX};
+    return {
+        labor.heading(0, "Labor"),
+        labor.name(1, "Job Labor:"),
+        labor.computed("LaborBaseCostField", 1),
+        labor.name(2, "Add to Labor:"),
+        labor.bound("Field18", 2, "cAddToLabor", kBoundMoneyFormat),
+        labor.name(3, "Total Labor:"),
+        labor.figure("lTotalLabor", 3).bold(),
+        labor.heading(5, "Outside Costs"),
+        labor.name(6, "Subcontractor Costs:"),
+        labor.bound("Field23", 6, "cSubcontractorCosts", kBoundMoneyFormat),
+        labor.name(7, "Equipment Rental:"),
+        labor.bound("Field24", 7, "cRentalCosts", kBoundMoneyFormat),
+        labor.name(8, "Miscellaneous:"),
+        labor.bound("Field34", 8, "cOtherCosts", kBoundMoneyFormat),
+        labor.name(9, "Total Outside:"),
+        labor.figure("lTotalOutside", 9).bold(),
+        labor.heading(11, "Tax"),
+        labor.name(12, "Metal and Misc Tax %"),
+        labor.bound("Field39", 12, "pStockTaxRate"),
+        labor.name(13, "Glass Tax %"),
+        labor.bound("Field42", 13, "pGlassTaxRate"),
+        labor.name(14, "Outside Tax %"),
+        labor.bound("Field43", 14, "pOtherCostsTaxRate"),
+        labor.name(15, "Labor Tax %"),
+        labor.bound("Field44", 15, "pLaborTaxRate"),
+        labor.name(16, "Surcharge Tax %"),
+        labor.bound("Field45", 16, "pSurchargeTaxRate"),
+    };
+}
 
-               markup.heading(0, "Markup"),
-               markup.name(1, "Metal and Misc %"),
-               markup.bound("Field28", 1, "pStockMarkupRate"),
-               markup.name(2, "Glass Markup %"),
-               markup.bound("Field36", 2, "pGlassMarkupRate"),
-               markup.name(3, "Other Material  %"),
-               markup.bound("Field37", 3, "pOtherMarkupRate"),
-               markup.name(4, "Labor Markup %"),
-               markup.bound("Field38", 4, "pLaborMarkupRate"),
-               markup.heading(6, "Calculated Totals"),
-               markup.name(7, "Total Material:"),
-               markup.figure("lTotMaterialAfterSurcharges", 7),
-               markup.name(8, "Material Markup:"),
-               markup.figure("lMaterialMarkup", 8),
-               markup.name(9, "Total Ouside Costs:"),
-               markup.figure("lTotOutside", 9),
-               markup.name(10, "Outside Markup:"),
-               markup.figure("lOutsideMarkup", 10),
-               markup.name(11, "Total Labor:"),
-               markup.figure("lTotLabor", 11),
-               markup.name(12, "Labor Markup:"),
-               markup.figure("lLaborMarkup", 12),
-               markup.name(13, "Markup Subtotal:"),
-               markup.figure("lMarkupSubtotal", 13),
-               markup.name(14, "Pre-Tax Total:"),
-               markup.figure("lPreTaxTotal", 14),
-               markup.name(15, "Sales Tax:"),
-               markup.figure("lTaxDollars", 15),
-               caption.bold({kMarkupX, rowY(16) + 60, kValueOffset - 50, 300}, "Job Grand Total:")
-                   .size(10),
-               figureLabel("lGrandTotal",
-                           {kMarkupX + kValueOffset - 300, rowY(16) + 60, kValueWidth + 300, 300},
-                           10.5)
-                   .bold(),
-           });
+// The right column: the markup rates, then the host's calculated totals down to the grand total.
+std::vector<ControlDesign> markupColumn(CaptionMaker& caption) {
+    const FigureColumn markup{caption, kMarkupX};
+    return {
+        markup.heading(0, "Markup"),
+        markup.name(1, "Metal and Misc %"),
+        markup.bound("Field28", 1, "pStockMarkupRate"),
+        markup.name(2, "Glass Markup %"),
+        markup.bound("Field36", 2, "pGlassMarkupRate"),
+        markup.name(3, "Other Material  %"),
+        markup.bound("Field37", 3, "pOtherMarkupRate"),
+        markup.name(4, "Labor Markup %"),
+        markup.bound("Field38", 4, "pLaborMarkupRate"),
+        markup.heading(6, "Calculated Totals"),
+        markup.name(7, "Total Material:"),
+        markup.figure("lTotMaterialAfterSurcharges", 7),
+        markup.name(8, "Material Markup:"),
+        markup.figure("lMaterialMarkup", 8),
+        markup.name(9, "Total Ouside Costs:"),
+        markup.figure("lTotOutside", 9),
+        markup.name(10, "Outside Markup:"),
+        markup.figure("lOutsideMarkup", 10),
+        markup.name(11, "Total Labor:"),
+        markup.figure("lTotLabor", 11),
+        markup.name(12, "Labor Markup:"),
+        markup.figure("lLaborMarkup", 12),
+        markup.name(13, "Markup Subtotal:"),
+        markup.figure("lMarkupSubtotal", 13),
+        markup.name(14, "Pre-Tax Total:"),
+        markup.figure("lPreTaxTotal", 14),
+        markup.name(15, "Sales Tax:"),
+        markup.figure("lTaxDollars", 15),
+        caption.bold({kMarkupX, rowY(16) + 60, kValueOffset - 50, 300}, "Job Grand Total:")
+            .size(10),
+        figureLabel("lGrandTotal",
+                    {kMarkupX + kValueOffset - 300, rowY(16) + 60, kValueWidth + 300, 300}, 10.5)
+            .bold(),
+    };
+}
 
-    // Prices per square foot, then the job's texts across the page; the texts grow.
+// Under the columns: the prices per square foot, then the job's texts across the page, which
+// grow with their text.
+std::vector<ControlDesign> pricesAndTexts(CaptionMaker& caption) {
     auto priceName = [&](int x, int row, std::string text) {
         return caption({x, kPriceRow + row * kRow, kValueOffset - 50, kRow}, std::move(text));
     };
@@ -181,22 +191,29 @@ std::vector<ControlDesign> detailControls(CaptionMaker& caption) {
                 .size(kSize)
                 .grow()};
     };
-    append(controls,
-           {
-               caption.bold({0, kPriceTop, 4000, kRow}, "Price per Square Foot"),
-               engine::line("Line3", 0, kRuleY, 10800, kRuleY),
-               priceName(kMaterialX, 0, "Total Perimeter Ft:"),
-               boundFigure("Field26", priceBox(kMaterialX, 0), kSize, "pJobPerimeter", ""),
-               priceName(kLaborX, 0, "Total Square Ft:"),
-               boundFigure("Field27", priceBox(kLaborX, 0), kSize, "pJobArea", ""),
-               priceName(kMaterialX, 1, "Cost / Square Ft:"),
-               figureLabel("lCostPerFt", priceBox(kMaterialX, 1), kSize).bold(),
-               priceName(kLaborX, 1, "Sell / Square Ft:"),
-               figureLabel("lSellPerFt", priceBox(kLaborX, 1), kSize).bold(),
-           });
+    std::vector<ControlDesign> controls{
+        caption.bold({0, kPriceTop, 4000, kRow}, "Price per Square Foot"),
+        engine::line("Line3", 0, kRuleY, 10800, kRuleY),
+        priceName(kMaterialX, 0, "Total Perimeter Ft:"),
+        boundFigure("Field26", priceBox(kMaterialX, 0), kSize, "pJobPerimeter", ""),
+        priceName(kLaborX, 0, "Total Square Ft:"),
+        boundFigure("Field27", priceBox(kLaborX, 0), kSize, "pJobArea", ""),
+        priceName(kMaterialX, 1, "Cost / Square Ft:"),
+        figureLabel("lCostPerFt", priceBox(kMaterialX, 1), kSize).bold(),
+        priceName(kLaborX, 1, "Sell / Square Ft:"),
+        figureLabel("lSellPerFt", priceBox(kLaborX, 1), kSize).bold(),
+    };
     append(controls, jobText(0, "Sections Bid:", "Field1", "mSectionBid"));
     append(controls, jobText(1, "Exclusions:", "Field2", "mExclusions"));
     append(controls, jobText(2, "Notes:", "Field3", "mNotes"));
+    return controls;
+}
+
+std::vector<ControlDesign> detailControls(CaptionMaker& caption) {
+    std::vector<ControlDesign> controls = materialColumn(caption);
+    append(controls, laborColumn(caption));
+    append(controls, markupColumn(caption));
+    append(controls, pricesAndTexts(caption));
     return controls;
 }
 
