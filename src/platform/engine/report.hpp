@@ -5,8 +5,8 @@
 //
 //   initialize()      once per object, before its first run (unbound reports add fields)
 //   reportStart()     each run, before any row is read (open data, set captions and margins)
-//   fetchData(eof)    once per row; unbound reports fill the fields or set eof (which comes in
-//                     True) when no row is left; bound reports read the current row
+//   fetchData(eof)    once per row; unbound reports fill the fields, or set eof (which comes in
+//                     False) when no row is left; bound reports read the current row
 //   <Section> Format  before each section instance is laid out (registered with onFormat)
 //   <Section> BeforePrint  after layout, on its page, before it is printed (onBeforePrint)
 //   PageFooter Format on every page, pageNumber() set to that page
@@ -105,7 +105,8 @@ class Report {
   protected:
     virtual void initialize() {}
     virtual void reportStart() {}
-    virtual void fetchData(bool& eof) { (void)eof; }
+    /// Without a handler an unbound report has no rows.
+    virtual void fetchData(bool& eof) { eof = true; }
     virtual void reportEnd() {}
 
     /// Register a handler for a section's Format or BeforePrint event (one per section and

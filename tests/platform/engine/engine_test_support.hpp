@@ -188,7 +188,7 @@ class ListReport : public Report {
             eof = true;
             return;
         }
-        eof = false;
+        // Filling the fields delivers the row; the flag is left as it came.
         for (size_t i = 0; i < m_names.size(); ++i)
             fields()[m_names[i]].setValue(m_rows[m_next][i]);
         ++m_next;

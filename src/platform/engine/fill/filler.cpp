@@ -222,7 +222,9 @@ bool Filler::fetchRow(bool first) {
         m_report.fetchData(eof);
         return true;
     }
-    bool eof = true;
+    // An unbound report delivers a row by filling its fields; it ends the rows by setting the
+    // flag, and that call delivers none.
+    bool eof = false;
     m_report.fetchData(eof);
     return !eof;
 }
