@@ -49,7 +49,7 @@ TEST(DesktopMessageBox, WithoutADesktopWritesOneLine) {
 }
 
 TEST(DesktopMessageBox, OnADesktopShowsAModalBoxWithTheTextIconAndTitle) {
-    test::startWindowTests();
+    test::WindowTestSession session;
     struct Case {
         std::string text;
         MessageBoxIcon icon;

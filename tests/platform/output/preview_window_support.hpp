@@ -13,9 +13,14 @@
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
+#include <algorithm>
 #include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
 #include <functional>
 #include <string>
+#include <sys/file.h>
+#include <unistd.h>
 
 namespace qr::test {
 
@@ -39,6 +44,36 @@ inline std::string startWindowTests() {
     }
     return QGuiApplication::platformName().toStdString();
 }
+
+/// Qt started for a window test (startWindowTests) and, on an X server, the display held for
+/// this test alone until it ends: windows of tests running at the same time would take the
+/// keyboard focus from each other.
+class WindowTestSession {
+  public:
+    WindowTestSession() : m_platform(startWindowTests()) {
+        if (m_platform != "xcb")
+            return;
+        std::string display = std::getenv(kXvfbVariable) ? std::getenv(kXvfbVariable) : "";
+        std::replace(display.begin(), display.end(), ':', '-');
+        const auto lock = std::filesystem::temp_directory_path() /
+                          ("quarvex-window-tests" + display + ".lock");
+        m_lock = ::open(lock.c_str(), O_CREAT | O_RDWR, 0666);
+        if (m_lock >= 0)
+            ::flock(m_lock, LOCK_EX);
+    }
+    ~WindowTestSession() {
+        if (m_lock >= 0)
+            ::close(m_lock); // releases the display
+    }
+    WindowTestSession(const WindowTestSession&) = delete;
+    WindowTestSession& operator=(const WindowTestSession&) = delete;
+
+    const std::string& platform() const { return m_platform; }
+
+  private:
+    std::string m_platform;
+    int m_lock = -1;
+};
 
 /// Processes events until `done` holds or `timeoutMs` passes; returns whether it held.
 inline bool waitUntil(const std::function<bool()>& done, int timeoutMs = 10000) {

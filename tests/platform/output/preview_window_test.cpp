@@ -70,8 +70,8 @@ QImage grabPages(PreviewWindow& window) {
 
 class PreviewWindowTest : public ::testing::Test {
   protected:
-    void SetUp() override { platform = test::startWindowTests(); }
-    std::string platform;
+    test::WindowTestSession session;
+    const std::string& platform = session.platform();
 };
 
 TEST_F(PreviewWindowTest, ModalPreviewIsDrivenByKeysShowsThePageAndReturnsWhenClosed) {

@@ -147,7 +147,7 @@ TEST(PrintCups, ReportReachesTheDefaultQueueWithItsPagesAndName) {
 TEST(PrintCups, ThePreviewsPrintDialogSendsTheReportToTheChosenPrinter) {
     if (!CupsQueue::available())
         GTEST_SKIP() << "needs the private CUPS of ./run test (scripts/print-services.sh)";
-    test::startWindowTests();
+    test::WindowTestSession session; // the display first, then the queue
     CupsQueue queue;
     const std::string title = CupsQueue::uniqueName("Markup");
     const page::Pages pages = markup(4);
