@@ -142,7 +142,13 @@ PreviewWindow::PreviewWindow(const page::Pages& pages, const std::string& title,
     m_view->setFocus();
 }
 
-PreviewWindow::~PreviewWindow() = default;
+PreviewWindow::~PreviewWindow() {
+    // The view, the panel and its model draw with m_renderer; they go before it does (Qt would
+    // delete them only after this window's members).
+    delete m_thumbnails;
+    delete m_model;
+    delete m_view;
+}
 
 QAction* PreviewWindow::addCommand(QToolBar* bar, const QString& text, const QIcon& icon,
                                    const QList<QKeySequence>& keys, std::function<void()> run) {
