@@ -1,12 +1,33 @@
 #include "cli/cli_host.hpp"
 
 #include "platform/host/module_state.hpp"
+#include "platform/output/desktop_session.hpp"
+#include "platform/output/message_box.hpp"
 
 #include <atomic>
 
 namespace qr::cli {
 
 namespace {
+
+// The platform's message box: a Qt dialog on a desktop, a line on standard error otherwise.
+// Shown as a dialog, the text also goes to standard error, so a script that runs the command
+// sees why it exited with 1.
+class PlatformMessageBox : public host::MessageBox {
+  public:
+    void show(const std::string& text, host::MessageIcon icon, const std::string& title) override {
+        const auto qtIcon = icon == host::MessageIcon::Information ? output::MessageBoxIcon::Information
+                            : icon == host::MessageIcon::Critical  ? output::MessageBoxIcon::Critical
+                                                                   : output::MessageBoxIcon::None;
+        const bool dialog = output::isInteractiveSession();
+        m_box.show(text, qtIcon, title);
+        if (dialog) m_stderr.show(text, icon, title);
+    }
+
+  private:
+    output::DesktopMessageBox m_box;
+    host::StderrMessageBox m_stderr;
+};
 
 class CountingMessageBox : public host::MessageBox {
   public:
@@ -25,7 +46,7 @@ class CountingMessageBox : public host::MessageBox {
 
 CliHost::CliHost(host::StandaloneConfig config)
     : m_host(std::make_shared<host::StandaloneHost>(std::move(config))),
-      m_counting(std::make_shared<CountingMessageBox>(std::make_shared<host::StderrMessageBox>())) {
+      m_counting(std::make_shared<CountingMessageBox>(std::make_shared<PlatformMessageBox>())) {
     host::installHostClasses(m_host);
     host::installMessageBox(m_counting);
     host::moduleState().sharedContainer = m_host;
