@@ -81,7 +81,7 @@ TEST(SampleJobs, TheMedicalOfficeIsARealisticJob) {
     std::set<std::string> types;
     int doorLites = 0, raked = 0, underMinimum = 0;
     for (const GlassLine& line : lines) {
-        types.insert(line.spec->glassType);
+        types.insert(line.product->glassType);
         doorLites += line.category == "door glass";
         raked += line.raked();
         underMinimum += !line.minimumMet;

@@ -22,7 +22,7 @@ std::string lines(std::initializer_list<const char*> parts) {
     return out;
 }
 
-std::vector<GlassSpec> medicalOfficeGlass() {
+std::vector<GlassProduct> medicalOfficeGlass() {
     const char* nw = "Northwest Glass Fabricators";
     return {
         {"GL-1", "1\" Insulated Low-E Clear", nw, 1.0, "Annealed", 14.85, 3.0},

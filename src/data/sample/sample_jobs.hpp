@@ -18,7 +18,7 @@
 namespace qr::data::sample {
 
 /// A glass make-up the job uses, priced per square foot of block size.
-struct GlassSpec {
+struct GlassProduct {
     std::string typeLabel;   ///< "GL-1"
     std::string description; ///< "1\" Insulated Low-E Clear"
     std::string supplier;
@@ -31,7 +31,7 @@ struct GlassSpec {
 /// One kind of lite in an elevation.
 struct LitePlan {
     std::string mark;      ///< "A": labelled <elevation code>-A
-    std::string typeLabel; ///< its GlassSpec
+    std::string typeLabel; ///< its GlassProduct
     std::string partType;  ///< "Frame", "Door", "Vent", "Panel"
     std::string width, height;
     std::string rightHeight; ///< a raked lite's other side; empty when square
@@ -71,7 +71,7 @@ struct JobPlan {
     Currency addToLabor, addToMaterial, subcontractorCosts, rentalCosts, otherCosts;
     MarkupRates rates;
     int totalJoints = 0, cuts = 0;
-    std::vector<GlassSpec> glass;
+    std::vector<GlassProduct> glass;
     std::vector<ElevationPlan> elevations;
     std::vector<AddedLabor> addedLabor;
     std::optional<Currency> miscLaborRate;                           ///< JobMainLabor; none: no row

@@ -13,10 +13,10 @@ double round2(double value) {
     return roundHalfEven(value, 2);
 }
 
-const GlassSpec& specOf(const JobPlan& job, const std::string& typeLabel) {
-    for (const GlassSpec& spec : job.glass)
-        if (spec.typeLabel == typeLabel)
-            return spec;
+const GlassProduct& productOf(const JobPlan& job, const std::string& typeLabel) {
+    for (const GlassProduct& product : job.glass)
+        if (product.typeLabel == typeLabel)
+            return product;
     throw Error::component("SampleJobs",
                            "Job " + std::to_string(job.jobId) + " has no glass type " + typeLabel);
 }
@@ -45,19 +45,19 @@ std::vector<GlassLine> glassLines(const JobPlan& job) {
     for (const ElevationPlan& elevation : job.elevations) {
         ++sort;
         for (const LitePlan& lite : elevation.lites) {
-            const GlassSpec& spec = specOf(job, lite.typeLabel);
+            const GlassProduct& product = productOf(job, lite.typeLabel);
             const int w = sixteenthsOf(lite.width);
             const int left = sixteenthsOf(lite.height);
             const int right = lite.rightHeight.empty() ? left : sixteenthsOf(lite.rightHeight);
-            GlassLine line{&elevation, &lite, &spec, sort, lite.perElevation * elevation.quantity,
+            GlassLine line{&elevation, &lite, &product, sort, lite.perElevation * elevation.quantity,
                            inchesText(w), inchesText(left), inchesText(right), blockInches(w),
                            blockInches(std::max(left, right)),
                            // A raked lite's area is its trapezoid; its block is the rectangle.
                            round2(squareFeet(w, (left + right) / 2)), 0, false, 0, ""};
             line.blockArea = round2(line.blockWidth * line.blockHeight / 144.0);
-            line.minimumMet = line.blockArea >= spec.minBlockArea;
-            const double billed = std::max(line.blockArea, spec.minBlockArea);
-            line.priceTotal = round2(billed * line.quantity * spec.pricePerSqFt);
+            line.minimumMet = line.blockArea >= product.minBlockArea;
+            const double billed = std::max(line.blockArea, product.minBlockArea);
+            line.priceTotal = round2(billed * line.quantity * product.pricePerSqFt);
             line.category = lite.partType == "Door" ? "door glass" : elevation.system + " glass";
             lines.push_back(std::move(line));
         }

@@ -16,7 +16,7 @@ namespace qr::data::sample {
 struct GlassLine {
     const ElevationPlan* elevation;
     const LitePlan* lite;
-    const GlassSpec* spec;
+    const GlassProduct* product;
     int elevationSort;                          ///< 1-based position of the elevation in the job
     int quantity;                               ///< lites per elevation x elevation quantity
     std::string width, leftHeight, rightHeight; ///< size texts, normalised

@@ -175,13 +175,13 @@ void writeJobTables(db::Connection& vendor, const JobPlan& job) {
     std::vector<Row> glass;
     n = 0;
     for (const GlassLine& line : glassLines(job)) {
-        const GlassSpec& spec = *line.spec;
-        glass.push_back({whole(job.jobId * 1000 + ++n), whole(job.jobId), text(spec.description),
-                         text(spec.supplier), Variant(spec.thickness), text(spec.glassType),
-                         text(spec.typeLabel), text(line.category), whole(line.quantity),
+        const GlassProduct& product = *line.product;
+        glass.push_back({whole(job.jobId * 1000 + ++n), whole(job.jobId), text(product.description),
+                         text(product.supplier), Variant(product.thickness), text(product.glassType),
+                         text(product.typeLabel), text(line.category), whole(line.quantity),
                          text(line.width), text(line.leftHeight), text(line.blockSize()),
-                         Variant(line.raked()), Variant(line.blockArea), Variant(spec.pricePerSqFt),
-                         Variant(line.priceTotal), Variant(spec.minBlockArea),
+                         Variant(line.raked()), Variant(line.blockArea), Variant(product.pricePerSqFt),
+                         Variant(line.priceTotal), Variant(product.minBlockArea),
                          Variant(line.minimumMet)});
     }
     insertRows(vendor, "JobGlass", columnsOf(vendorTable("JobGlass")), glass);
@@ -222,11 +222,11 @@ std::vector<Row> reportRows(ReportTableKind kind, const JobPlan& job) {
     case ReportTableKind::GlassTakeoff:
         for (const GlassLine& g : glassLines(job))
             rows.push_back({text(g.elevation->code + " " + g.elevation->name),
-                            whole(g.elevationSort), text(g.spec->description),
-                            text(g.spec->typeLabel), text(g.label()), whole(g.quantity),
+                            whole(g.elevationSort), text(g.product->description),
+                            text(g.product->typeLabel), text(g.label()), whole(g.quantity),
                             text(g.width), text(g.leftHeight), text(g.rightHeight),
-                            Variant(g.spec->pricePerSqFt), Variant(g.area),
-                            Variant(roundHalfEven(g.area * g.quantity * g.spec->pricePerSqFt, 2)),
+                            Variant(g.product->pricePerSqFt), Variant(g.area),
+                            Variant(roundHalfEven(g.area * g.quantity * g.product->pricePerSqFt, 2)),
                             Variant(g.priceTotal), text(g.blockSize()), Variant(g.blockArea)});
         break;
     case ReportTableKind::GlassToOrder:
@@ -236,16 +236,16 @@ std::vector<Row> reportRows(ReportTableKind kind, const JobPlan& job) {
             for (int n = 1; n <= g.lite->perElevation; ++n) {
                 const std::string label = g.label() + std::to_string(n);
                 if (kind == ReportTableKind::GlassToOrder)
-                    rows.push_back({text(g.spec->description), text(g.lite->partType),
-                                    text(g.spec->typeLabel), text(g.spec->glassType), text(g.width),
+                    rows.push_back({text(g.product->description), text(g.lite->partType),
+                                    text(g.product->typeLabel), text(g.product->glassType), text(g.width),
                                     text(g.leftHeight), text(g.rightHeight), text(label),
                                     text(g.elevation->code), whole(g.elevation->quantity),
                                     Variant(g.area), Variant(g.blockArea)});
                 else
                     rows.push_back({text(job.name),
                                     text(g.elevation->code + " " + g.elevation->name),
-                                    whole(g.elevationSort), text(label), text(g.spec->description),
-                                    text(g.spec->glassType), text(g.lite->partType), text(g.width),
+                                    whole(g.elevationSort), text(label), text(g.product->description),
+                                    text(g.product->glassType), text(g.lite->partType), text(g.width),
                                     text(g.leftHeight), text(g.rightHeight)});
             }
         }

@@ -91,31 +91,31 @@ std::string unquoteIdentifier(const std::string& name) {
     return name;
 }
 
-Session::Session(const ConnectionSpec& spec, std::string desc)
-    : name(uniqueConnectionName()), engine(spec.engine), description(std::move(desc)) {
+Session::Session(const ConnectionSpec& parsed, std::string desc)
+    : name(uniqueConnectionName()), engine(parsed.engine), description(std::move(desc)) {
     QSqlDatabase db;
-    switch (spec.engine) {
+    switch (parsed.engine) {
     case Engine::SQLite:
         db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
-        db.setDatabaseName(QString::fromStdString(spec.path));
+        db.setDatabaseName(QString::fromStdString(parsed.path));
         db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
         dialect = Dialect::SQLite;
         break;
     case Engine::PostgreSQL:
         db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), name);
-        db.setHostName(QString::fromStdString(spec.host));
-        db.setPort(spec.port);
-        db.setDatabaseName(QString::fromStdString(spec.database));
-        if (!spec.user.empty())
-            db.setUserName(QString::fromStdString(spec.user));
-        if (!spec.password.empty())
-            db.setPassword(QString::fromStdString(spec.password));
+        db.setHostName(QString::fromStdString(parsed.host));
+        db.setPort(parsed.port);
+        db.setDatabaseName(QString::fromStdString(parsed.database));
+        if (!parsed.user.empty())
+            db.setUserName(QString::fromStdString(parsed.user));
+        if (!parsed.password.empty())
+            db.setPassword(QString::fromStdString(parsed.password));
         db.setConnectOptions(QStringLiteral("connect_timeout=10"));
         dialect = Dialect::PostgreSQL;
         break;
     case Engine::Odbc:
         db = QSqlDatabase::addDatabase(QStringLiteral("QODBC"), name);
-        db.setDatabaseName(odbcStringForQt(spec.odbc));
+        db.setDatabaseName(odbcStringForQt(parsed.odbc));
         db.setConnectOptions(QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=10"));
         break;
     }
@@ -230,8 +230,8 @@ std::string concatenateText(Dialect dialect, const std::vector<std::string>& par
 }
 
 Connection::Connection(std::string_view connectionString) {
-    ConnectionSpec spec = parseConnectionString(connectionString);
-    m_session = std::make_shared<detail::Session>(spec, maskConnectionString(connectionString));
+    ConnectionSpec parsed = parseConnectionString(connectionString);
+    m_session = std::make_shared<detail::Session>(parsed, maskConnectionString(connectionString));
 }
 
 Connection::~Connection() = default;

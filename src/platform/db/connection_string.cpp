@@ -65,8 +65,8 @@ std::string percentDecode(std::string_view text, std::string_view whole) {
 }
 
 ConnectionSpec parsePostgres(std::string_view text, std::size_t prefixLength) {
-    ConnectionSpec spec;
-    spec.engine = Engine::PostgreSQL;
+    ConnectionSpec parsed;
+    parsed.engine = Engine::PostgreSQL;
     std::string_view rest = text.substr(prefixLength);
 
     std::string_view query;
@@ -78,18 +78,18 @@ ConnectionSpec parsePostgres(std::string_view text, std::size_t prefixLength) {
     if (slash == std::string_view::npos)
         invalid(text, "no database name after the host");
     std::string_view authority = rest.substr(0, slash);
-    spec.database = percentDecode(rest.substr(slash + 1), text);
-    if (spec.database.empty())
+    parsed.database = percentDecode(rest.substr(slash + 1), text);
+    if (parsed.database.empty())
         invalid(text, "no database name after the host");
 
     if (auto at = authority.rfind('@'); at != std::string_view::npos) {
         std::string_view credentials = authority.substr(0, at);
         authority = authority.substr(at + 1);
         if (auto colon = credentials.find(':'); colon != std::string_view::npos) {
-            spec.password = percentDecode(credentials.substr(colon + 1), text);
+            parsed.password = percentDecode(credentials.substr(colon + 1), text);
             credentials = credentials.substr(0, colon);
         }
-        spec.user = percentDecode(credentials, text);
+        parsed.user = percentDecode(credentials, text);
     }
     if (auto colon = authority.rfind(':'); colon != std::string_view::npos) {
         std::string_view port = authority.substr(colon + 1);
@@ -97,11 +97,11 @@ ConnectionSpec parsePostgres(std::string_view text, std::size_t prefixLength) {
         if (port.empty() || port.size() > 5 ||
             !std::all_of(port.begin(), port.end(), [](char c) { return c >= '0' && c <= '9'; }))
             invalid(text, "the port is not a number");
-        spec.port = std::stoi(std::string(port));
-        if (spec.port < 1 || spec.port > 65535)
+        parsed.port = std::stoi(std::string(port));
+        if (parsed.port < 1 || parsed.port > 65535)
             invalid(text, "the port is out of range");
     }
-    spec.host = percentDecode(authority, text);
+    parsed.host = percentDecode(authority, text);
 
     while (!query.empty()) {
         auto amp = query.find('&');
@@ -112,17 +112,17 @@ ConnectionSpec parsePostgres(std::string_view text, std::size_t prefixLength) {
         std::string value =
             eq == std::string_view::npos ? std::string() : percentDecode(pair.substr(eq + 1), text);
         if (key == "host")
-            spec.host = value;
+            parsed.host = value;
         else if (key == "user")
-            spec.user = value;
+            parsed.user = value;
         else if (key == "password")
-            spec.password = value;
+            parsed.password = value;
         else
             invalid(text, "unknown option '" + std::string(key) + "'");
     }
-    if (spec.host.empty())
+    if (parsed.host.empty())
         invalid(text, "no host");
-    return spec;
+    return parsed;
 }
 
 /// Mask the value of every `key=value` in an ODBC string whose key is a password key.
@@ -193,22 +193,22 @@ std::string maskConnectionString(std::string_view text) {
 
 ConnectionSpec parseConnectionString(std::string_view text) {
     if (startsWithNoCase(text, kSqlitePrefix)) {
-        ConnectionSpec spec;
-        spec.engine = Engine::SQLite;
-        spec.path = std::string(text.substr(kSqlitePrefix.size()));
-        if (spec.path.empty())
+        ConnectionSpec parsed;
+        parsed.engine = Engine::SQLite;
+        parsed.path = std::string(text.substr(kSqlitePrefix.size()));
+        if (parsed.path.empty())
             invalid(text, "no database file after sqlite:");
-        return spec;
+        return parsed;
     }
     if (std::size_t n = pgPrefixLength(text))
         return parsePostgres(text, n);
     if (startsWithNoCase(text, kOdbcPrefix)) {
-        ConnectionSpec spec;
-        spec.engine = Engine::Odbc;
-        spec.odbc = std::string(text.substr(kOdbcPrefix.size()));
-        if (spec.odbc.find_first_not_of(" \t") == std::string::npos)
+        ConnectionSpec parsed;
+        parsed.engine = Engine::Odbc;
+        parsed.odbc = std::string(text.substr(kOdbcPrefix.size()));
+        if (parsed.odbc.find_first_not_of(" \t") == std::string::npos)
             invalid(text, "no ODBC connection string after odbc:");
-        return spec;
+        return parsed;
     }
     invalid(text, "unknown kind of connection");
 }

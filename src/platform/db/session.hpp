@@ -16,7 +16,7 @@
 namespace qr::db::detail {
 
 struct Session {
-    Session(const ConnectionSpec& spec, std::string description);
+    Session(const ConnectionSpec& parsed, std::string description);
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;

@@ -130,9 +130,9 @@ class ConfigPathHelper : public PathHelper {
     std::string folderOf(const std::string& source) override {
         if (!m_config.vendorPath.empty()) return m_config.vendorPath;
         if (source.rfind("sqlite:", 0) == 0) {
-            auto spec = db::parseConnectionString(source);
-            if (spec.path != ":memory:") {
-                auto folder = std::filesystem::absolute(spec.path).parent_path();
+            auto parsed = db::parseConnectionString(source);
+            if (parsed.path != ":memory:") {
+                auto folder = std::filesystem::absolute(parsed.path).parent_path();
                 return folder.string();
             }
         }

@@ -38,15 +38,15 @@ TEST(ConnectionString, ParsesEachForm) {
          "DSN=Jobs;UID=sa;PWD=x"},
     };
     for (const Case& c : cases) {
-        const db::ConnectionSpec spec = db::parseConnectionString(c.text);
-        EXPECT_EQ(spec.engine, c.engine) << c.text;
-        EXPECT_EQ(spec.path, c.path) << c.text;
-        EXPECT_EQ(spec.user, c.user) << c.text;
-        EXPECT_EQ(spec.password, c.password) << c.text;
-        EXPECT_EQ(spec.host, c.host) << c.text;
-        EXPECT_EQ(spec.port, c.port) << c.text;
-        EXPECT_EQ(spec.database, c.database) << c.text;
-        EXPECT_EQ(spec.odbc, c.odbc) << c.text;
+        const db::ConnectionSpec parsed = db::parseConnectionString(c.text);
+        EXPECT_EQ(parsed.engine, c.engine) << c.text;
+        EXPECT_EQ(parsed.path, c.path) << c.text;
+        EXPECT_EQ(parsed.user, c.user) << c.text;
+        EXPECT_EQ(parsed.password, c.password) << c.text;
+        EXPECT_EQ(parsed.host, c.host) << c.text;
+        EXPECT_EQ(parsed.port, c.port) << c.text;
+        EXPECT_EQ(parsed.database, c.database) << c.text;
+        EXPECT_EQ(parsed.odbc, c.odbc) << c.text;
     }
 }
 
