@@ -1,8 +1,9 @@
 // Engine + PDF on a synthetic grouped glass list: 12 cells a line, four group levels, a
 // subtotal footer per glass-type group, "Page n of m" on every page. Besides Google
 // Benchmark's table, each size is also run once in a child process of its own, so its peak
-// memory is its own, and the program ends with one line per size:
-//   lines=100000 lines_per_s=23456 peak_mib=61
+// memory is its own, and the program ends with one line per size (item_bytes: what a page
+// item takes packed, on average, offsets included):
+//   lines=100000 lines_per_s=23456 peak_mib=61 item_bytes=41
 
 #include "platform/engine/report.hpp"
 #include "platform/output/cairo_text_measurer.hpp"
@@ -135,15 +136,26 @@ std::filesystem::path benchPdfPath() {
            ("qr-bench-" + std::to_string(::getpid()) + ".pdf");
 }
 
+struct RunFigures {
+    size_t pages = 0;
+    size_t items = 0;
+    size_t itemBytes = 0; // encoded items and their offsets
+};
+
 // One run: engine (events, formats, summaries, pagination), then the PDF.
-size_t runOnce(long lines) {
+RunFigures runOnce(long lines) {
     BenchGlassList report(lines);
     report.run();
     const auto path = benchPdfPath();
     output::writePdf(report.pages(), path);
-    const size_t pages = report.pages().pages.size();
+    RunFigures figures;
+    figures.pages = report.pages().pages.size();
+    for (const page::Page& page : report.pages().pages) {
+        figures.items += page.items.size();
+        figures.itemBytes += page.items.encodedBytes() + page.items.size() * sizeof(std::uint32_t);
+    }
     std::filesystem::remove(path);
-    return pages;
+    return figures;
 }
 
 void installMeasurer() {
@@ -157,7 +169,7 @@ void installMeasurer() {
 void BM_GlassListEnginePlusPdf(benchmark::State& state) {
     installMeasurer();
     size_t pages = 0;
-    for (auto _ : state) pages = runOnce(state.range(0));
+    for (auto _ : state) pages = runOnce(state.range(0)).pages;
     state.counters["pages"] = static_cast<double>(pages);
     state.counters["lines_per_s"] =
         benchmark::Counter(static_cast<double>(state.range(0)), benchmark::Counter::kIsIterationInvariantRate);
@@ -171,13 +183,14 @@ int childRun(long lines) {
     installMeasurer();
     timespec start{}, end{};
     ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &start);
-    runOnce(lines);
+    const RunFigures figures = runOnce(lines);
     ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &end);
     const double seconds = (end.tv_sec - start.tv_sec) + (end.tv_nsec - start.tv_nsec) / 1e9;
     rusage usage{};
     ::getrusage(RUSAGE_SELF, &usage);
-    std::printf("lines=%ld lines_per_s=%.0f peak_mib=%ld\n", lines, lines / seconds,
-                usage.ru_maxrss / 1024);
+    std::printf("lines=%ld lines_per_s=%.0f peak_mib=%ld item_bytes=%.0f\n", lines, lines / seconds,
+                usage.ru_maxrss / 1024,
+                static_cast<double>(figures.itemBytes) / static_cast<double>(figures.items));
     return 0;
 }
 

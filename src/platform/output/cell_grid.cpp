@@ -92,17 +92,26 @@ class GridBuilder {
         placeRows();
         assignColumns();
         fillCells();
+        m_grid.texts.assign(std::make_move_iterator(m_texts.begin()),
+                            std::make_move_iterator(m_texts.end()));
         return std::move(m_grid);
     }
 
   private:
+    /// Where an item is kept: pages hold their items packed, so the builder keeps positions
+    /// and decodes an item again when it needs more than its placement.
+    struct ItemRef {
+        std::uint32_t page;
+        std::uint32_t index;
+    };
     struct Source {
-        const page::Item* item;
+        ItemRef ref;
         int top;
-        int left;
+        int lineHeight; // multiLineHeight() of the item
+        Placement place;
     };
     struct Placed {
-        const page::Item* item;
+        ItemRef ref;
         std::uint32_t row;
         std::uint32_t key;
     };
@@ -114,12 +123,19 @@ class GridBuilder {
     struct RowEntry {
         std::uint32_t column;
         int left;
-        const page::Item* item;
+        ItemRef ref;
     };
 
     // --- items --------------------------------------------------------------------------
 
-    /// The text an item shows, or an empty view when it shows nothing.
+    /// The item at `ref`, decoded into the builder's scratch item: valid until the next call.
+    const page::Item& load(ItemRef ref) {
+        m_pages.pages[ref.page].items.decodeInto(ref.index, m_item);
+        return m_item;
+    }
+
+    /// The text an item shows, or an empty view when it shows nothing. The view lives as
+    /// long as the item and until the next call.
     std::string_view displayText(const page::Item& item) {
         if (const auto* check = std::get_if<page::CheckBoxItem>(&item)) {
             return check->checked ? kCheckedMark : std::string_view();
@@ -131,11 +147,14 @@ class GridBuilder {
         if (!text->text.empty() || text->runs.empty()) {
             return text->text;
         }
-        std::string joined;
+        m_joined.clear();
         for (const page::TextRun& run : text->runs) {
-            joined += (joined.empty() ? "" : "\n") + run.text;
+            if (&run != &text->runs.front()) {
+                m_joined += '\n';
+            }
+            m_joined += run.text;
         }
-        return m_madeTexts.emplace_back(std::move(joined));
+        return m_joined;
     }
 
     static std::optional<double> numberOf(const page::Item& item) {
@@ -191,15 +210,19 @@ class GridBuilder {
         }
         m_placed.reserve(items);
         std::vector<Source> scratch;
-        for (const page::Page& page : m_pages.pages) {
+        page::Item item;
+        for (std::uint32_t p = 0; p < m_pages.pages.size(); ++p) {
+            const page::ItemList& list = m_pages.pages[p].items;
             scratch.clear();
-            for (const page::Item& item : page.items) {
+            for (std::uint32_t i = 0; i < list.size(); ++i) {
+                list.decodeInto(i, item);
                 if (isPlaceable(item)) {
-                    scratch.push_back({&item, topOf(item), placementOf(item).left});
+                    scratch.push_back(
+                        {{p, i}, topOf(item), multiLineHeight(item), placementOf(item)});
                 }
             }
             std::stable_sort(scratch.begin(), scratch.end(), [](const Source& a, const Source& b) {
-                return a.top != b.top ? a.top < b.top : a.left < b.left;
+                return a.top != b.top ? a.top < b.top : a.place.left < b.place.left;
             });
             placePage(scratch);
         }
@@ -215,8 +238,8 @@ class GridBuilder {
             }
             auto row = static_cast<std::uint32_t>(m_grid.rowHeights.size() - 1);
             int& height = m_grid.rowHeights.back();
-            height = std::max(height, multiLineHeight(*source.item));
-            m_placed.push_back({source.item, row, keyOf(placementOf(*source.item))});
+            height = std::max(height, source.lineHeight);
+            m_placed.push_back({source.ref, row, keyOf(source.place)});
         }
     }
 
@@ -474,7 +497,7 @@ class GridBuilder {
             for (; end < m_placed.size() && m_placed[end].row == m_placed[begin].row; ++end) {
                 const Placed& placed = m_placed[end];
                 const KeyInfo& key = m_keys[placed.key];
-                row.push_back({m_columnOfCluster[key.cluster], key.place.left, placed.item});
+                row.push_back({m_columnOfCluster[key.cluster], key.place.left, placed.ref});
             }
             std::stable_sort(row.begin(), row.end(), [](const RowEntry& a, const RowEntry& b) {
                 return a.column != b.column ? a.column < b.column : a.left < b.left;
@@ -482,7 +505,7 @@ class GridBuilder {
             for (const RowEntry& entry : row) {
                 if (!m_grid.cells.empty() && m_grid.cells.back().row == m_placed[begin].row &&
                     m_grid.cells.back().column == entry.column) {
-                    joinInto(m_grid.cells.back(), *entry.item);
+                    joinInto(m_grid.cells.back(), load(entry.ref));
                 } else {
                     addCell(m_placed[begin].row, entry);
                 }
@@ -492,7 +515,7 @@ class GridBuilder {
     }
 
     void addCell(std::uint32_t row, const RowEntry& entry) {
-        const page::Item& item = *entry.item;
+        const page::Item& item = load(entry.ref);
         Cell cell;
         cell.row = row;
         cell.column = static_cast<std::uint16_t>(entry.column);
@@ -519,10 +542,9 @@ class GridBuilder {
 
     /// Two texts in one cell: the cell becomes the text of both, joined by a space.
     void joinInto(Cell& cell, const page::Item& item) {
-        std::string joined(m_cellText);
-        joined += ' ';
-        joined += displayText(item);
-        m_cellText = m_madeTexts.emplace_back(std::move(joined));
+        const std::string_view more = displayText(item);
+        m_cellText += ' ';
+        m_cellText += more;
         CellStyle style = m_grid.styles[cell.style];
         style.format = 0;
         style.wrap = m_cellText.find('\n') != std::string_view::npos;
@@ -532,14 +554,13 @@ class GridBuilder {
         cell.style = internStyle(style);
     }
 
-    /// `text` must outlive the builder (a page's string or one of m_madeTexts).
     std::uint32_t internText(std::string_view text) {
-        auto [it, added] =
-            m_textIndex.try_emplace(text, static_cast<std::uint32_t>(m_grid.texts.size()));
-        if (added) {
-            m_grid.texts.emplace_back(text);
+        if (auto it = m_textIndex.find(text); it != m_textIndex.end()) {
+            return it->second;
         }
-        return it->second;
+        auto id = static_cast<std::uint32_t>(m_texts.size());
+        m_textIndex.emplace(m_texts.emplace_back(text), id);
+        return id;
     }
 
     std::uint32_t internFormat(const std::string& format) {
@@ -587,8 +608,11 @@ class GridBuilder {
     std::unordered_map<std::string_view, std::uint32_t> m_textIndex;
     std::unordered_map<std::uint64_t, std::uint16_t> m_styleIndex;
     std::uint32_t m_lastFormat = 0;
-    std::deque<std::string> m_madeTexts; // texts made here (joined); a deque keeps them in place
-    std::string_view m_cellText;         // text of the last cell added
+    std::deque<std::string>
+        m_texts;            // distinct cell texts; a deque keeps them in place for the index
+    std::string m_cellText; // text of the last cell added
+    std::string m_joined;   // displayText() of a text known only by its runs
+    page::Item m_item;      // the item load() decoded last
 };
 
 } // namespace

@@ -40,7 +40,10 @@ const PageScene& SceneBuilder::build(const page::Page& page,
     for (auto& batch : m_scene.text)
         batch.glyphs.clear();
 
-    for (const auto& item : page.items) {
+    // One scratch item for the whole page: decoding into it reuses its strings and runs.
+    for (std::size_t i = 0; i < page.items.size(); ++i) {
+        page.items.decodeInto(i, m_item);
+        const page::Item& item = m_item;
         if (const auto* text = std::get_if<page::TextItem>(&item)) {
             addText(*text, fonts);
         } else if (const auto* line = std::get_if<page::LineItem>(&item)) {

@@ -78,6 +78,7 @@ class SceneBuilder {
 
     FontSet m_fonts;
     PageScene m_scene;
+    page::Item m_item; // the item being drawn, decoded from its page
 };
 
 /// Red, green and blue of a colour, each 0..1.

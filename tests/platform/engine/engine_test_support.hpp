@@ -101,13 +101,12 @@ class MemoryRows : public RowProvider {
     std::string describe() const override { return "memory"; }
 };
 
-/// The text items of a page (or of all pages) printed by one control, in drawing order.
-inline std::vector<const page::TextItem*> textsOf(const page::Page& page,
-                                                  const std::string& control) {
-    std::vector<const page::TextItem*> found;
+/// Copies of the text items of a page printed by one control, in drawing order.
+inline std::vector<page::TextItem> textsOf(const page::Page& page, const std::string& control) {
+    std::vector<page::TextItem> found;
     for (const page::Item& item : page.items) {
         if (const auto* t = std::get_if<page::TextItem>(&item); t && t->control == control)
-            found.push_back(t);
+            found.push_back(*t);
     }
     return found;
 }
@@ -115,8 +114,8 @@ inline std::vector<const page::TextItem*> textsOf(const page::Page& page,
 inline std::vector<std::string> textValues(const page::Pages& pages, const std::string& control) {
     std::vector<std::string> values;
     for (const page::Page& page : pages.pages) {
-        for (const page::TextItem* t : textsOf(page, control))
-            values.push_back(t->text);
+        for (const page::TextItem& t : textsOf(page, control))
+            values.push_back(t.text);
     }
     return values;
 }

@@ -117,11 +117,11 @@ TEST(BoundReport, DataControlOpensTheSourceAndBoundControlsShowTheRows) {
     // Numbers shown through a format carry the number and the format for the workbook; text
     // does not.
     const page::Page& page = report.pages().pages[0];
-    EXPECT_EQ(textsOf(page, "Field8")[1]->numericValue, 1234.5);
-    EXPECT_EQ(textsOf(page, "Field8")[1]->format, "$#,##0.00");
-    EXPECT_FALSE(textsOf(page, "Field2")[0]->numericValue.has_value());
+    EXPECT_EQ(textsOf(page, "Field8")[1].numericValue, 1234.5);
+    EXPECT_EQ(textsOf(page, "Field8")[1].format, "$#,##0.00");
+    EXPECT_FALSE(textsOf(page, "Field2")[0].numericValue.has_value());
     // Runs are placed: right alignment measured with the measurer (1 character = 100 twips).
-    const page::TextRun& run = textsOf(page, "Field1")[0]->runs.at(0);
+    const page::TextRun run = textsOf(page, "Field1")[0].runs.at(0);
     EXPECT_EQ(run, (page::TextRun{720 + 600 - 100, 960 + 180, 100, "2"}));
 }
 

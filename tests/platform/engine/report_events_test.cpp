@@ -64,9 +64,9 @@ TEST(ReportEvents, ReportEndSeesCompletePagesWithPageCounts) {
     EXPECT_EQ(footerPages, (std::vector<int>{1, 2}));
     EXPECT_EQ(seenAtEnd, (std::vector<std::string>{"Page  1 of  2", "Page  2 of  2"}));
     EXPECT_EQ(report.pageNumber(), 2);
-    const auto* box = textsOf(report.pages().pages[1], "txtPageNumber").front();
-    EXPECT_EQ(box->numericValue, 2.0);
-    EXPECT_EQ(box->format, "\"Page  2 of  \"#");
+    const page::TextItem box = textsOf(report.pages().pages[1], "txtPageNumber").front();
+    EXPECT_EQ(box.numericValue, 2.0);
+    EXPECT_EQ(box.format, "\"Page  2 of  \"#");
 }
 
 // Four levels of groups; a change at one level closes and reopens every level inside it.
@@ -161,9 +161,9 @@ TEST(ReportSummaries, SumAverageCountPerGroupAndGrandTotal) {
     EXPECT_EQ(textValues(pages, "lastQty"), (std::vector<std::string>{"3", "4", "1"}));
     EXPECT_EQ(textValues(pages, "allQty"), (std::vector<std::string>{"10"}));
 
-    const auto* total = textsOf(pages.pages[0], "typeTotal").front();
-    EXPECT_EQ(total->numericValue, 30.5);
-    EXPECT_EQ(total->format, "$#,##0.00");
+    const page::TextItem total = textsOf(pages.pages[0], "typeTotal").front();
+    EXPECT_EQ(total.numericValue, 30.5);
+    EXPECT_EQ(total.format, "$#,##0.00");
 }
 
 TEST(ReportSummaries, FooterHandlersReadSummaryTextsAndRunsGiveTheSameTotals) {
@@ -229,7 +229,7 @@ TEST(ReportMeasurer, TheProcessWideMeasurerServesReportsWithoutTheirOwn) {
     report.run();
     setTextMeasurer(nullptr);
     EXPECT_GT(shared->calls, 0);
-    EXPECT_EQ(textsOf(report.pages().pages[0], "Note")[0]->runs.at(0).width, 300);
+    EXPECT_EQ(textsOf(report.pages().pages[0], "Note")[0].runs.at(0).width, 300);
 }
 
 } // namespace

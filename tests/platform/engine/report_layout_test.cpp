@@ -22,8 +22,8 @@ std::vector<std::vector<int>> topsByPage(const page::Pages& pages, const std::st
     std::vector<std::vector<int>> tops;
     for (const page::Page& page : pages.pages) {
         tops.emplace_back();
-        for (const page::TextItem* t : textsOf(page, control))
-            tops.back().push_back(t->box.y);
+        for (const page::TextItem& t : textsOf(page, control))
+            tops.back().push_back(t.box.y);
     }
     return tops;
 }
@@ -39,19 +39,19 @@ TEST(ReportLayout, MemoWithLineBreaksGrowsItsSectionAndPushesWhatIsBelow) {
     report.run();
     const page::Page& page = report.pages().pages[0];
 
-    const page::TextItem* memo = textsOf(page, "Memo")[0];
-    EXPECT_EQ(memo->box, (page::Rect{1920, 720, 3000, 720}));
-    ASSERT_EQ(memo->runs.size(), 3u);
-    EXPECT_EQ(memo->runs[0], (page::TextRun{1920, 900, 800, "line one"}));
-    EXPECT_EQ(memo->runs[1], (page::TextRun{1920, 1140, 800, "line two"}));
-    EXPECT_EQ(memo->runs[2], (page::TextRun{1920, 1380, 1000, "line three"}));
-    EXPECT_EQ(memo->text, "line one\nline two\nline three");
+    const page::TextItem memo = textsOf(page, "Memo")[0];
+    EXPECT_EQ(memo.box, (page::Rect{1920, 720, 3000, 720}));
+    ASSERT_EQ(memo.runs.size(), 3u);
+    EXPECT_EQ(memo.runs[0], (page::TextRun{1920, 900, 800, "line one"}));
+    EXPECT_EQ(memo.runs[1], (page::TextRun{1920, 1140, 800, "line two"}));
+    EXPECT_EQ(memo.runs[2], (page::TextRun{1920, 1380, 1000, "line three"}));
+    EXPECT_EQ(memo.text, "line one\nline two\nline three");
     // The label beside the memo stays; the one below moves down by the growth (480).
-    EXPECT_EQ(textsOf(page, "Caption")[0]->box.y, 720);
-    EXPECT_EQ(textsOf(page, "After")[0]->box.y, 720 + 300 + 480);
+    EXPECT_EQ(textsOf(page, "Caption")[0].box.y, 720);
+    EXPECT_EQ(textsOf(page, "After")[0].box.y, 720 + 300 + 480);
     // The next band starts below the grown one; it does not grow.
-    EXPECT_EQ(textsOf(page, "Memo")[1]->box, (page::Rect{1920, 720 + 540 + 480, 3000, 240}));
-    EXPECT_EQ(textsOf(page, "After")[1]->box.y, 720 + 540 + 480 + 300);
+    EXPECT_EQ(textsOf(page, "Memo")[1].box, (page::Rect{1920, 720 + 540 + 480, 3000, 240}));
+    EXPECT_EQ(textsOf(page, "After")[1].box.y, 720 + 540 + 480 + 300);
 }
 
 TEST(ReportLayout, TextThatMayNotGrowIsClippedToItsBox) {
@@ -65,7 +65,8 @@ TEST(ReportLayout, TextThatMayNotGrowIsClippedToItsBox) {
     const page::Page& page = report.pages().pages[0];
     auto runTexts = [&](const std::string& control) {
         std::vector<std::string> texts;
-        for (const page::TextRun& r : textsOf(page, control)[0]->runs)
+        const page::TextItem item = textsOf(page, control)[0];
+        for (const page::TextRun& r : item.runs)
             texts.push_back(r.text);
         return texts;
     };
@@ -73,7 +74,7 @@ TEST(ReportLayout, TextThatMayNotGrowIsClippedToItsBox) {
     EXPECT_EQ(runTexts("OneLine"), (std::vector<std::string>{"aaa b"}));
     EXPECT_EQ(runTexts("RightEnd"), (std::vector<std::string>{"b ccc"}));
     // The item keeps the whole text for outputs that show cells.
-    EXPECT_EQ(textsOf(page, "OneLine")[0]->text, "aaa bbb ccc");
+    EXPECT_EQ(textsOf(page, "OneLine")[0].text, "aaa bbb ccc");
 }
 
 TEST(ReportLayout, TextsChangedInBeforePrintAreLaidOutInTheirBoxes) {
@@ -89,9 +90,9 @@ TEST(ReportLayout, TextsChangedInBeforePrintAreLaidOutInTheirBoxes) {
     });
     report.run();
     const page::Page& page = report.pages().pages[0];
-    EXPECT_EQ(textsOf(page, "Thickness")[0]->runs.at(0), (page::TextRun{720, 900, 500, "0.25\""}));
-    EXPECT_EQ(textsOf(page, "Empty")[0]->runs.at(0), (page::TextRun{2720, 900, 600, "filled"}));
-    EXPECT_FALSE(textsOf(page, "Thickness")[0]->numericValue.has_value());
+    EXPECT_EQ(textsOf(page, "Thickness")[0].runs.at(0), (page::TextRun{720, 900, 500, "0.25\""}));
+    EXPECT_EQ(textsOf(page, "Empty")[0].runs.at(0), (page::TextRun{2720, 900, 600, "filled"}));
+    EXPECT_FALSE(textsOf(page, "Thickness")[0].numericValue.has_value());
 }
 
 ReportDesign pagedDesign() {
@@ -123,9 +124,9 @@ TEST(ReportLayout, BandsMoveToTheNextPageAndEveryPageHasHeaderFooterAndPageNofM)
     EXPECT_EQ(textValues(pages, "txtPageNumber"),
               (std::vector<std::string>{"Page  1 of  3", "Page  2 of  3", "Page  3 of  3"}));
     // Resolved page counts are laid out like any text: right aligned in their box.
-    const page::TextItem* last = textsOf(pages.pages[2], "txtPageNumber")[0];
-    EXPECT_EQ(last->runs.at(0).x, 720 + 3000 - 1300);
-    EXPECT_EQ(last->runs.at(0).baseline, 14720 + 180);
+    const page::TextItem last = textsOf(pages.pages[2], "txtPageNumber")[0];
+    EXPECT_EQ(last.runs.at(0).x, 720 + 3000 - 1300);
+    EXPECT_EQ(last.runs.at(0).baseline, 14720 + 180);
 }
 
 TEST(ReportLayout, PageNumberBoxShowsThePageItPrintsOn) {
@@ -185,17 +186,17 @@ TEST(ReportLayout, AMemoLongerThanAPageContinuesOnTheNextPages) {
     ASSERT_EQ(pages.pages.size(), 2u);
     std::vector<std::string> lines;
     for (const page::Page& page : pages.pages) {
-        for (const page::TextItem* t : textsOf(page, "Memo")) {
-            EXPECT_GE(t->runs.front().baseline - 180, 1220);
-            EXPECT_LE(t->runs.back().baseline + 60, 14720);
-            for (const page::TextRun& r : t->runs)
+        for (const page::TextItem& t : textsOf(page, "Memo")) {
+            EXPECT_GE(t.runs.front().baseline - 180, 1220);
+            EXPECT_LE(t.runs.back().baseline + 60, 14720);
+            for (const page::TextRun& r : t.runs)
                 lines.push_back(r.text);
         }
     }
     ASSERT_EQ(lines.size(), 80u);
     EXPECT_EQ(lines[55], "line 56");
-    EXPECT_EQ(textsOf(pages.pages[0], "Memo")[0]->runs.size(), 56u);
-    EXPECT_EQ(textsOf(pages.pages[1], "Memo")[0]->runs.front().baseline, 1220 + 180);
+    EXPECT_EQ(textsOf(pages.pages[0], "Memo")[0].runs.size(), 56u);
+    EXPECT_EQ(textsOf(pages.pages[1], "Memo")[0].runs.front().baseline, 1220 + 180);
     EXPECT_EQ(textValues(pages, "Heading").size(), 2u);
     EXPECT_EQ(textValues(pages, "Foot").size(), 2u);
 }
@@ -236,8 +237,8 @@ struct Spot {
 std::vector<Spot> labelSpots(const page::Pages& pages) {
     std::vector<Spot> spots;
     for (size_t p = 0; p < pages.pages.size(); ++p) {
-        for (const page::TextItem* t : textsOf(pages.pages[p], "txtLabel"))
-            spots.push_back({p, t->box.x, t->box.y});
+        for (const page::TextItem& t : textsOf(pages.pages[p], "txtLabel"))
+            spots.push_back({p, t.box.x, t.box.y});
     }
     return spots;
 }
@@ -280,9 +281,9 @@ TEST(ReportLayout, LandscapeAndMarginsChangedAtReportStartApply) {
     EXPECT_EQ(pages.pages[0].width, 15840);
     EXPECT_EQ(pages.pages[0].height, 12240);
     EXPECT_EQ(pages.marginTop, 820);
-    EXPECT_EQ(textsOf(pages.pages[0], "Heading")[0]->box, (page::Rect{670, 820, 2000, 240}));
+    EXPECT_EQ(textsOf(pages.pages[0], "Heading")[0].box, (page::Rect{670, 820, 2000, 240}));
     // The footer stands on the landscape page's bottom margin.
-    EXPECT_EQ(textsOf(pages.pages[0], "txtPageNumber")[0]->box.y, 12240 - 720 - 400);
+    EXPECT_EQ(textsOf(pages.pages[0], "txtPageNumber")[0].box.y, 12240 - 720 - 400);
     EXPECT_EQ(pages.title, "Test");
 }
 

@@ -58,16 +58,16 @@ TEST(SubReport, RunsForEachParentRowAndGrowsTheSection) {
     // needs beyond the box's 240.
     const page::Page& page = parent.pages().pages[0];
     std::vector<int> names, titles, items;
-    for (const page::TextItem* t : textsOf(page, "ElevName"))
-        names.push_back(t->box.y);
-    for (const page::TextItem* t : textsOf(page, "SubTitle"))
-        titles.push_back(t->box.y);
-    for (const page::TextItem* t : textsOf(page, "Item"))
-        items.push_back(t->box.y);
+    for (const page::TextItem& t : textsOf(page, "ElevName"))
+        names.push_back(t.box.y);
+    for (const page::TextItem& t : textsOf(page, "SubTitle"))
+        titles.push_back(t.box.y);
+    for (const page::TextItem& t : textsOf(page, "Item"))
+        items.push_back(t.box.y);
     EXPECT_EQ(names, (std::vector<int>{720, 1440, 2400}));
     EXPECT_EQ(titles, (std::vector<int>{960, 1680, 2640}));
     EXPECT_EQ(items, (std::vector<int>{1200, 1920, 2160}));
-    EXPECT_EQ(textsOf(page, "Item")[0]->box.x, 1220);
+    EXPECT_EQ(textsOf(page, "Item")[0].box.x, 1220);
 }
 
 TEST(SubReport, LongSubReportContinuesOnTheNextPageAndResolvesItsPageCount) {
@@ -88,9 +88,9 @@ TEST(SubReport, LongSubReportContinuesOnTheNextPageAndResolvesItsPageCount) {
     EXPECT_EQ(items.front(), "item 1");
     EXPECT_EQ(items.back(), "item 100");
     for (const page::Page& page : pages.pages) {
-        for (const page::TextItem* t : textsOf(page, "Item")) {
-            EXPECT_GE(t->box.y, 720);
-            EXPECT_LE(t->box.y + t->box.height, 15840 - 720 - 240);
+        for (const page::TextItem& t : textsOf(page, "Item")) {
+            EXPECT_GE(t.box.y, 720);
+            EXPECT_LE(t.box.y + t.box.height, 15840 - 720 - 240);
         }
     }
     // The page count inside the strip is the parent's total.

@@ -57,9 +57,10 @@ class PageBuilder {
         return m_pages.pages.back();
     }
 
-    /// A one-line text item with its left end at x and its baseline at y on the last page.
-    page::TextItem& text(int x, int baseline, const std::string& text,
-                         const page::FontSpec& font = {}) {
+    /// A one-line text item with its left end at x and its baseline at y on the last page;
+    /// returns a copy of what it added.
+    page::TextItem text(int x, int baseline, const std::string& text,
+                        const page::FontSpec& font = {}) {
         const int index = fontIndex(font);
         const int width = m_measurer.width(font, text);
         const auto metrics = m_measurer.metrics(font);
@@ -68,7 +69,8 @@ class PageBuilder {
         item.font = index;
         item.runs.push_back({x, baseline, width, text});
         item.text = text;
-        return std::get<page::TextItem>(m_pages.pages.back().items.emplace_back(std::move(item)));
+        m_pages.pages.back().items.push_back(item);
+        return item;
     }
 
     void line(int x1, int y1, int x2, int y2, int thickness = 15) {

@@ -410,27 +410,37 @@ std::string Filler::pageNumberText(int number, const std::string& pattern) const
 }
 
 void Filler::emit(Band& band, int dx, int dy) {
-    std::vector<page::Item>& target = m_pages ? m_pages->pages.back().items : m_strip->items;
-    const size_t base = target.size();
-    for (page::Item& item : band.items) {
+    for (page::Item& item : band.items)
         BandBuilder::offset(item, dx, dy);
-        target.push_back(std::move(item));
-    }
-    for (DeferredText& d : band.deferred) {
-        const size_t index = base + static_cast<size_t>(d.item);
-        if (!m_pages) {
-            d.item = static_cast<int>(index);
+    if (!m_pages) {
+        const size_t base = m_strip->items.size();
+        for (page::Item& item : band.items)
+            m_strip->items.push_back(std::move(item));
+        for (DeferredText& d : band.deferred) {
+            d.item += static_cast<int>(base);
             m_strip->deferred.push_back(std::move(d));
-        } else if (d.kind == SummaryKind::PageNumber) {
-            auto& item = std::get<page::TextItem>(target[index]);
+        }
+        band.clear();
+        return;
+    }
+    // Page numbers are known now and go in before the items are packed onto the page; page
+    // counts wait for the end of the run.
+    page::ItemList& target = m_pages->pages.back().items;
+    const size_t base = target.size();
+    for (DeferredText& d : band.deferred) {
+        if (d.kind == SummaryKind::PageNumber) {
+            auto& item = std::get<page::TextItem>(band.items[static_cast<size_t>(d.item)]);
             m_builder.resolve(item, pageNumberText(m_pageNumber, d.pattern), d.wrap);
             item.numericValue = m_pageNumber;
             item.format = d.pattern;
         } else {
-            m_pageCounts.push_back(
-                PendingCount{m_pages->pages.size() - 1, index, std::move(d.pattern), d.wrap});
+            m_pageCounts.push_back(PendingCount{m_pages->pages.size() - 1,
+                                                base + static_cast<size_t>(d.item),
+                                                std::move(d.pattern), d.wrap});
         }
     }
+    for (const page::Item& item : band.items)
+        target.push_back(item);
     band.clear();
 }
 
@@ -501,16 +511,24 @@ void Filler::finishPage() {
             emit(m_pageBand, s.marginLeft, m_pageHeight - s.marginBottom - m_pageBand.height);
         }
     }
-    m_itemsPerPage = std::max(m_itemsPerPage, m_pages->pages.back().items.size());
+    page::ItemList& items = m_pages->pages.back().items;
+    m_itemsPerPage = std::max(m_itemsPerPage, items.size());
+    // The page is complete: give back what the reservation and growth left unused, since a
+    // long report keeps every page until its end.
+    items.shrinkToFit();
 }
 
 void Filler::resolvePageCounts() {
     const int total = static_cast<int>(m_pages->pages.size());
+    page::Item scratch;
     for (PendingCount& pending : m_pageCounts) {
-        auto& item = std::get<page::TextItem>(m_pages->pages[pending.page].items[pending.item]);
+        page::ItemList& items = m_pages->pages[pending.page].items;
+        items.decodeInto(pending.item, scratch);
+        auto& item = std::get<page::TextItem>(scratch);
         m_builder.resolve(item, pageNumberText(total, pending.pattern), pending.wrap);
         item.numericValue = total;
         item.format = pending.pattern;
+        items.set(pending.item, scratch);
     }
     m_pageCounts.clear();
 }
