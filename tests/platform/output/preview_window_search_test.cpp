@@ -82,7 +82,9 @@ TEST(TextFinder, BoxCoversTheMatchedCharactersWithTheDrawnAdvances) {
 
 TEST(TextFinder, SkipsTextWhoseFontIsMissingAndKeepsSearching) {
     page::Pages pages = glassOrder();
-    std::get<page::TextItem>(pages.pages[0].items[0]).font = 7; // not in the list
+    page::Item first = pages.pages[0].items[0];
+    std::get<page::TextItem>(first).font = 7; // not in the list
+    pages.pages[0].items.set(0, first);
     TextFinder finder;
     const auto matches = finder.find(pages, "tempered");
     ASSERT_EQ(matches.size(), 2u);

@@ -50,7 +50,7 @@ page::Pages glassOrder(int pageCount = 5) {
 // Where a text item of page `pageIndex` is in the page view now.
 QRect itemRectInView(PageView& view, const page::Pages& pages, std::size_t pageIndex,
                      std::size_t itemIndex) {
-    const auto& item = std::get<page::TextItem>(pages.pages[pageIndex].items[itemIndex]);
+    const auto item = std::get<page::TextItem>(pages.pages[pageIndex].items[itemIndex]);
     const QRect page = view.pageRectInView(pageIndex);
     const double scale = double(page.width()) / pages.pages[pageIndex].width;
     return QRectF(page.x() + item.box.x * scale, page.y() + item.box.y * scale,
