@@ -18,6 +18,15 @@ namespace qr::page {
 namespace {
 
 static_assert(std::ranges::random_access_range<ItemList>);
+// Items come out as values: writing into one read back from the list must not compile, since
+// it would change a temporary and leave the page as it was.
+template <class List>
+concept WritableInPlace = requires(List& list) {
+    std::get<TextItem>(list[0]).text = "x";
+    std::get<TextItem>(*list.begin()).text = "x";
+};
+static_assert(WritableInPlace<std::vector<Item>>);
+static_assert(!WritableInPlace<ItemList>);
 
 TextItem cell(std::string text, int x, int width, Align align = Align::Left) {
     TextItem t;

@@ -11,8 +11,8 @@
 namespace qr::page {
 
 // Layout of one encoded item. The first byte holds the kind in its low two bits and flags
-// above them; then come the item's fields, each present only when its flag says so or it
-// always is. Unsigned numbers are LEB128 varints, signed ones zigzag varints; strings are a
+// above them; then come the item's fields in a fixed order, those in brackets only when their
+// flag is set. Unsigned numbers are LEB128 varints, signed ones zigzag varints; strings are a
 // length and their bytes; a name is a varint whose low bit says whether the rest is a
 // NamePool id (0) or the length of the name's bytes that follow (1).
 //
@@ -62,7 +62,7 @@ constexpr double kPow10[kMaxScale + 1] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7
 // Largest magnitude a scaled number may have and still be held exactly by a double.
 constexpr double kMaxScaled = 9.0e15;
 
-// A typical text cell, for reserve(): what the buffer grows to for a page of such items.
+// Room reserve() sets aside per item: a little more than a typical table cell takes.
 constexpr std::size_t kTypicalItemBytes = 40;
 
 constexpr const char* kSource = "Page items";

@@ -34,14 +34,14 @@ class ItemList {
         using iterator_category = std::input_iterator_tag;
         using value_type = Item;
         using difference_type = std::ptrdiff_t;
-        using reference = Item;
+        using reference = const Item;
         using pointer = void;
 
         const_iterator() = default;
         const_iterator(const ItemList* list, std::size_t index) : m_list(list), m_index(index) {}
 
-        Item operator*() const { return m_list->decode(m_index); }
-        Item operator[](difference_type n) const {
+        const Item operator*() const { return m_list->decode(m_index); }
+        const Item operator[](difference_type n) const {
             return m_list->decode(m_index + static_cast<std::size_t>(n));
         }
         /// Position of the item this iterator stands on.
