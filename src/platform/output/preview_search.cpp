@@ -9,8 +9,12 @@ std::vector<TextMatch> TextFinder::find(const page::Pages& pages, const std::str
     const QString wanted = QString::fromStdString(repairUtf8(needle));
     if (wanted.trimmed().isEmpty())
         return matches;
+    // One scratch item for all pages: decoding into it reuses its strings and runs.
+    page::Item item;
     for (std::size_t p = 0; p < pages.pages.size(); ++p) {
-        for (const auto& item : pages.pages[p].items) {
+        const page::ItemList& items = pages.pages[p].items;
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            items.decodeInto(i, item);
             if (const auto* text = std::get_if<page::TextItem>(&item))
                 findInItem(*text, p, wanted, pages.fonts, matches);
         }
