@@ -10,17 +10,29 @@
 #                          of the suite stays headless
 # Nothing listens outside loopback, and nothing survives print_services_stop.
 #
-#   print_services_start DIR   state, logs and the printed job under DIR (emptied first)
+#   print_services_start DIR   state, logs and the printed job under DIR, a folder the lp account
+#                              can enter (./run test makes one under /tmp); returns 1 after a
+#                              one-line reason and the tail of the failing step's log
 #   print_services_stop        stops both servers
+
+# _print_service_failed STEP LOG: the one-line reason, with the tail of the step's log.
+_print_service_failed() {
+  local step=$1 log=${2:-}
+  if [ -n "$log" ] && [ -s "$log" ]; then
+    echo "print-services: $step failed; last lines of $log:" >&2
+    tail -n 15 "$log" | sed 's/^/  | /' >&2
+  else
+    echo "print-services: $step failed" >&2
+  fi
+  return 1
+}
 
 print_services_start() {
   local state=$1
-  rm -rf "$state"
-  mkdir -p "$state"
+  mkdir -p "$state" || { _print_service_failed "making $state"; return 1; }
   QR_PRINT_SERVICES_STATE=$(cd "$state" && pwd)
-  _cups_start "$QR_PRINT_SERVICES_STATE/cups" || echo "print-services: no CUPS; printing tests will be skipped" >&2
-  _xvfb_start "$QR_PRINT_SERVICES_STATE/xvfb" || echo "print-services: no Xvfb; window tests run offscreen" >&2
-  return 0
+  _cups_start "$QR_PRINT_SERVICES_STATE/cups" || return 1
+  _xvfb_start "$QR_PRINT_SERVICES_STATE/xvfb" || return 1
 }
 
 print_services_stop() {
@@ -103,14 +115,21 @@ _cups_ppd() {
 
 _cups_start() {
   local dir=$1 port n ppd
-  command -v cupsd >/dev/null && command -v lpadmin >/dev/null || return 1
+  if ! command -v cupsd >/dev/null || ! command -v lpadmin >/dev/null; then
+    _print_service_failed "CUPS (no cupsd or lpadmin: are cups and cups-client installed?)"
+    return 1
+  fi
   ppd=$(_cups_ppd)
-  mkdir -p "$dir"/etc/ppd "$dir"/spool/tmp "$dir"/cache "$dir"/state "$dir"/tmp "$dir"/log "$dir"/out
+  mkdir -p "$dir"/etc/ppd "$dir"/spool/tmp "$dir"/cache "$dir"/state "$dir"/tmp "$dir"/log "$dir"/out ||
+    { _print_service_failed "making $dir"; return 1; }
   port=$(_free_port)
   _cups_write_config "$dir" "$port"
   if [ "$(id -u)" -eq 0 ]; then
     chown -R lp:lp "$dir/spool" "$dir/tmp" "$dir/out"
     chmod 0755 "$dir" "$dir/out"
+    # Filters and the file backend run as lp and must reach the spool and the output file.
+    runuser -u lp -- test -w "$dir/out" ||
+      { _print_service_failed "CUPS (the lp account cannot enter $dir)"; return 1; }
   fi
   cupsd -f -c "$dir/etc/cupsd.conf" -s "$dir/etc/cups-files.conf" >"$dir/log/cupsd.out" 2>&1 &
   echo $! >"$dir/cupsd.pid"
@@ -119,17 +138,18 @@ _cups_start() {
     sleep 0.1
   done
   if ! lpstat -h "127.0.0.1:$port" -r >/dev/null 2>&1; then
-    echo "print-services: cupsd did not start (see $dir/log)" >&2
     _stop_pid "$dir/cupsd.pid"
+    cat "$dir/log/error_log" >>"$dir/log/cupsd.out" 2>/dev/null
+    _print_service_failed "starting cupsd" "$dir/log/cupsd.out"
     return 1
   fi
   local driver=(-P "$ppd")
   [ "${ppd#drv:}" != "$ppd" ] && driver=(-m "$ppd")
   lpadmin -h "127.0.0.1:$port" -p QuarvexTest -E -v "file://$dir/out/printed-job" "${driver[@]}" \
-    -D "Quarvex test queue" >/dev/null 2>&1 &&
-    lpadmin -h "127.0.0.1:$port" -d QuarvexTest >/dev/null 2>&1 || {
-    echo "print-services: the test queue could not be made (see $dir/log)" >&2
+    -D "Quarvex test queue" >"$dir/log/lpadmin.log" 2>&1 &&
+    lpadmin -h "127.0.0.1:$port" -d QuarvexTest >>"$dir/log/lpadmin.log" 2>&1 || {
     _stop_pid "$dir/cupsd.pid"
+    _print_service_failed "making the test print queue" "$dir/log/lpadmin.log"
     return 1
   }
   export CUPS_SERVER="127.0.0.1:$port"
@@ -141,8 +161,8 @@ _cups_start() {
 
 _xvfb_start() {
   local dir=$1 n display=""
-  command -v Xvfb >/dev/null || return 1
-  mkdir -p "$dir"
+  command -v Xvfb >/dev/null || { _print_service_failed "Xvfb (is the xvfb package installed?)"; return 1; }
+  mkdir -p "$dir" || { _print_service_failed "making $dir"; return 1; }
   # Xvfb picks the first free display number itself and writes it to the descriptor.
   Xvfb -displayfd 3 -screen 0 1400x1000x24 -nolisten tcp 3>"$dir/display" \
     >"$dir/xvfb.log" 2>&1 &
@@ -153,8 +173,8 @@ _xvfb_start() {
     sleep 0.1
   done
   if [ -z "$display" ]; then
-    echo "print-services: Xvfb did not start (see $dir/xvfb.log)" >&2
     _stop_pid "$dir/xvfb.pid"
+    _print_service_failed "starting Xvfb" "$dir/xvfb.log"
     return 1
   fi
   export QR_TEST_XVFB_DISPLAY=":$display"

@@ -7,14 +7,30 @@
 #   ODBCSYSINI, ODBCINI  a private driver and data source registration under the state folder,
 #                      so the tests do not depend on (or touch) the machine's ODBC setup
 # Nothing listens outside loopback, and nothing survives the run.
+#
+#   services_start DIR   state and logs under DIR, a folder the postgres account can enter
+#                        (./run test makes one under /tmp); returns 1 after a one-line reason
+#                        and the tail of the failing step's log
+#   services_stop        stops the server
+
+# _service_failed STEP LOG: the one-line reason a service did not start, with its log's tail.
+_service_failed() {
+  local step=$1 log=${2:-}
+  if [ -n "$log" ] && [ -s "$log" ]; then
+    echo "test-services: $step failed; last lines of $log:" >&2
+    tail -n 15 "$log" | sed 's/^/  | /' >&2
+  else
+    echo "test-services: $step failed" >&2
+  fi
+  return 1
+}
 
 services_start() {
   local state=$1
-  rm -rf "$state"
-  mkdir -p "$state"
+  mkdir -p "$state" || { _service_failed "making $state"; return 1; }
   QR_SERVICES_STATE=$state
-  _pg_start "$state/pg"
-  _odbc_register "$state/odbc"
+  _pg_start "$state/pg" || return 1
+  _odbc_register "$state/odbc" || return 1
 }
 
 services_stop() {
@@ -35,25 +51,40 @@ _pg_start() {
   local dir=$1 bin port
   bin=$(_pg_bin)
   if [ -z "$bin" ]; then
-    echo "test-services: PostgreSQL is not installed" >&2
+    _service_failed "PostgreSQL (no /usr/lib/postgresql/*/bin: is the postgresql package installed?)"
     return 1
   fi
-  mkdir -p "$dir"
-  [ "$(id -u)" -eq 0 ] && chown postgres "$dir"
+  mkdir -p "$dir" || { _service_failed "making $dir"; return 1; }
+  if [ "$(id -u)" -eq 0 ]; then
+    chown postgres "$dir" || { _service_failed "giving $dir to the postgres account"; return 1; }
+    # The account must reach its folder from the root down; say so instead of letting initdb
+    # fail with a bare "Permission denied".
+    runuser -u postgres -- test -w "$dir" ||
+      { _service_failed "PostgreSQL (the postgres account cannot enter $dir)"; return 1; }
+  fi
   # A free loopback port, so a second checkout's test run does not collide with this one.
   port=$(python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1",0)); print(s.getsockname()[1])' 2>/dev/null || echo 54329)
-  _as_pg "$bin/initdb" -D "$dir/data" -U postgres -A trust -E UTF8 --no-locale >"$dir/initdb.log" 2>&1
+  _as_pg "$bin/initdb" -D "$dir/data" -U postgres -A trust -E UTF8 --no-locale >"$dir/initdb.log" 2>&1 ||
+    { _service_failed "initdb of the test cluster" "$dir/initdb.log"; return 1; }
   _as_pg "$bin/pg_ctl" -D "$dir/data" -l "$dir/server.log" -w -t 60 \
     -o "-c listen_addresses=127.0.0.1 -p $port -k $dir -c fsync=off -c synchronous_commit=off -c full_page_writes=off" \
-    start >/dev/null
+    start >"$dir/pg_ctl.log" 2>&1 || {
+    [ -s "$dir/server.log" ] && cat "$dir/server.log" >>"$dir/pg_ctl.log"
+    _service_failed "starting the PostgreSQL server" "$dir/pg_ctl.log"
+    return 1
+  }
+  QR_PG_DATA=$dir/data
   export QR_TEST_PG="postgresql://postgres@127.0.0.1:$port/postgres"
   echo "test-services: PostgreSQL on 127.0.0.1:$port"
 }
 
 _pg_stop() {
   local dir=$1 bin
+  # Only a cluster this run started: an occupied data folder is never someone else's to stop.
+  [ "${QR_PG_DATA:-}" = "$dir/data" ] || return 0
   bin=$(_pg_bin)
-  [ -d "$dir/data" ] && _as_pg "$bin/pg_ctl" -D "$dir/data" -m fast -w stop >/dev/null 2>&1 || true
+  _as_pg "$bin/pg_ctl" -D "$dir/data" -m fast -w stop >/dev/null 2>&1 || true
+  unset QR_PG_DATA QR_TEST_PG QR_TEST_ODBC_PG
 }
 
 _odbc_driver() {
@@ -65,7 +96,7 @@ _odbc_register() {
   local dir=$1 pg_driver sqlite_driver port
   pg_driver=$(_odbc_driver odbc-postgresql psqlodbcw.so)
   sqlite_driver=$(_odbc_driver libsqliteodbc libsqlite3odbc.so)
-  mkdir -p "$dir"
+  mkdir -p "$dir" || { _service_failed "making $dir"; return 1; }
   {
     if [ -n "$pg_driver" ]; then
       printf '[QuarvexPostgreSQL]\nDescription=PostgreSQL (Unicode) for the test run\nDriver=%s\n\n' "$pg_driver"
@@ -78,8 +109,8 @@ _odbc_register() {
   export ODBCSYSINI=$dir
   export ODBCINI=$dir/odbc.ini
   if [ -z "$pg_driver" ] || [ -z "${QR_TEST_PG:-}" ]; then
-    echo "test-services: PostgreSQL ODBC driver not found; ODBC tests will be skipped" >&2
-    return 0
+    _service_failed "ODBC registration (no psqlodbcw.so: is odbc-postgresql installed?)"
+    return 1
   fi
   port=${QR_TEST_PG##*:}
   port=${port%%/*}
