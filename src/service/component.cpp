@@ -15,8 +15,7 @@ void initializeComponent() {
     std::call_once(once, [] {
         engine::setTextMeasurer(std::make_shared<output::CairoTextMeasurer>());
         page::installExportFilter(page::ExportKind::Pdf, &output::makePdfExportFilter);
-        page::installExportFilter(page::ExportKind::Spreadsheet,
-                                  &output::makeWorkbookExportFilter);
+        page::installExportFilter(page::ExportKind::Spreadsheet, &output::makeWorkbookExportFilter);
     });
 }
 

@@ -3,17 +3,16 @@
 #include "data/statements.hpp"
 #include "platform/core/convert.hpp"
 #include "platform/core/error.hpp"
+#include "platform/core/text.hpp"
 #include "platform/db/connection.hpp"
 #include "platform/db/recordset.hpp"
 #include "platform/host/error_log.hpp"
 #include "platform/host/module_state.hpp"
 #include "reports/common/print_reports.hpp"
 #include "service/report_objects.hpp"
+#include "service/report_registry.hpp"
 #include "service/run_sequence.hpp"
 
-#include <algorithm>
-#include <array>
-#include <cctype>
 #include <optional>
 #include <string_view>
 
@@ -21,77 +20,39 @@ namespace qr::service {
 
 namespace {
 
-struct DispatchEntry {
-    std::string_view requestName;
-    const char* reportClass;
-    bool loadsLabelOffsets;
-};
-
-// Request name (lower case, compared exactly; the first match wins) -> report object.
-constexpr std::array<DispatchEntry, 23> kDispatchTable{{
-    {"ar2cutlist", "AR2CutList", false},
-    {"aravery5260glasslabels", "arAvery5260GlassLabels", true},
-    {"aravery5267aglasslabels", "arAvery5267AGlassLabels", true},
-    {"aravery5267bglasslabels", "arAvery5267BGlassLabels", true},
-    {"aravery5267cglasslabels", "arAvery5267CGlassLabels", true},
-    {"elevglassar", "ElevGlassAR", false},
-    {"elevglassar2", "ElevGlassAR2", false},
-    {"elevpartsar", "ElevPartsAR", false},
-    {"jobpartsar", "JobPartsAR", false},
-    {"jobelevar", "JobElevAR", false},
-    {"finallaborar", "FinalLaborAR", false},
-    {"armarkup", "ARMarkup", false},
-    {"armarkup2", "ARMarkup2", false},
-    {"finalsummaryar", "FinalSummaryAR", false},
-    {"finalsummaryar2", "FinalSummaryAR2", false},
-    {"jobglassbypartar", "JobGlassByPartAR", false},
-    {"jobglassbyelevar", "JobGlassByElevAR", false},
-    {"jobglasswidebypartar2", "JobGlassWideByPartAR2", false},
-    {"jobglasswidebyelevar2", "JobGlassWideByElevAR2", false},
-    {"jobglasstoorder", "JobGlassToOrder", false},
-    {"jobglasstoorder2", "JobGlassToOrder2", false},
-    {"ar2metalcutlistings", "AR2MetalCutListings", true},
-    {"ar2glasscutlistings", "AR2GlassCutListings", false},
-}};
-
 constexpr const char* kInvalidInput = "Invalid input string passed to PrintReport procedure";
 constexpr const char* kUnknownReport =
     "Error in Main subroutine in the PrintReports Project, please call Tolmar";
 
-std::string trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos) return {};
-    const auto last = text.find_last_not_of(' ');
-    return std::string(text.substr(first, last - first + 1));
-}
-
-std::string lowerCased(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
+// The legacy Trim: spaces only, not tabs or line ends.
+std::string trimmedSpaces(std::string_view text) {
+    return std::string(trimmed(text, " "));
 }
 
 // The text up to and including the first space, trimmed; `rest` becomes the text after that
 // space, trimmed. Without a space the field is empty and `rest` stays as it is.
 std::string nextField(std::string& rest) {
     const auto space = rest.find(' ');
-    if (space == std::string::npos) return {};
-    std::string field = trimmed(std::string_view(rest).substr(0, space + 1));
-    rest = trimmed(std::string_view(rest).substr(space + 1));
+    if (space == std::string::npos)
+        return {};
+    std::string field = trimmedSpaces(std::string_view(rest).substr(0, space + 1));
+    rest = trimmedSpaces(std::string_view(rest).substr(space + 1));
     return field;
 }
 
 // The text after the first occurrence of `marker`, trimmed; all of it when there is none.
 std::string afterFirst(const std::string& text, std::string_view marker) {
     const auto at = text.find(marker);
-    if (at == std::string::npos) return trimmed(text);
-    return trimmed(std::string_view(text).substr(at + marker.size()));
+    if (at == std::string::npos)
+        return trimmedSpaces(text);
+    return trimmedSpaces(std::string_view(text).substr(at + marker.size()));
 }
 
 // The text before the first occurrence of `marker`, trimmed; none found gives all of it.
 std::string beforeFirst(const std::string& text, std::string_view marker) {
     const auto at = text.find(marker);
-    return trimmed(std::string_view(text).substr(0, at == std::string::npos ? text.size() : at));
+    return trimmedSpaces(
+        std::string_view(text).substr(0, at == std::string::npos ? text.size() : at));
 }
 
 void showErrorEncountered() {
@@ -102,8 +63,7 @@ void showErrorEncountered() {
 // One step of the dispatcher. An error shows the "Error Encountered" box, is cleared, and the
 // dispatcher goes on with its next step; the values the failed step should have set keep
 // their earlier setting. Returns whether the step finished.
-template <class Step>
-bool step(Step&& body) {
+template <class Step> bool step(Step&& body) {
     try {
         body();
         return true;
@@ -113,15 +73,9 @@ bool step(Step&& body) {
     }
 }
 
-const DispatchEntry* findReport(std::string_view name) {
-    for (const auto& entry : kDispatchTable) {
-        if (entry.requestName == name) return &entry;
-    }
-    return nullptr;
-}
-
 db::Connection& requireConnection(const host::ConnectionRef& connection) {
-    if (!connection) throw Error::objectNotSet();
+    if (!connection)
+        throw Error::objectNotSet();
     return *connection;
 }
 
@@ -141,7 +95,7 @@ void DispatchRequest(std::string& args) {
         return;
     }
     auto& state = host::moduleState();
-    std::string rest = lowerCased(args);
+    std::string rest = lowerCase(args);
 
     // Fields 1 to 8. Pasted values (table, user id, job id) are checked as they are read: a
     // refused value keeps the earlier setting and the request runs no report, so nothing built
@@ -210,21 +164,23 @@ void DispatchRequest(std::string& args) {
             auto job = requireConnection(state.requestVendorConnection)
                            .openRecordset(data::sql::jobLookup(state.requestJobId),
                                           CursorType::Static, LockType::Optimistic);
-            if (job->recordCount() != 0) state.currentJobName = toText(job->value("sJobName"));
+            if (job->recordCount() != 0)
+                state.currentJobName = toText(job->value("sJobName"));
             job->close();
         });
     }
 
-    const DispatchEntry* entry = findReport(reportName);
+    const ReportRegistration* entry = registrationOfRequest(reportName);
     if (!entry) {
         host::messageBox().show(kUnknownReport, host::MessageIcon::None, "");
     } else if (!refused) {
         if (entry->loadsLabelOffsets) {
             step([&] { LoadLabelOffsets(toLong(Variant(state.requestUserId))); });
         }
-        step([&] { runSequence(reportObject(entry->reportClass), preview); });
+        step([&] { runSequence(reportObject(entry->className), preview); });
     }
-    if (!entry || !refused) step([&] { reports::logReportOutcome(reportName, preview); });
+    if (!entry || !refused)
+        step([&] { reports::logReportOutcome(reportName, preview); });
 }
 
 } // namespace qr::service

@@ -6,6 +6,7 @@
 #include "reports/glass/final_glass_report.hpp"
 #include "service/component.hpp"
 #include "service/dispatcher.hpp"
+#include "service/report_registry.hpp"
 #include "service/run_sequence.hpp"
 
 namespace qr::service {
@@ -14,17 +15,39 @@ namespace {
 
 constexpr const char* kSource = "QuarvexReports.PrintService";
 
-// Typed methods whose report this build does not include run through the same mechanism; the
-// report table then reports the class as unavailable through the error dialog.
-void runUnavailable(const char* method, const char* reportClass, bool preview) {
-    runTypedMethod<engine::Report>(method, reportClass, preview, [](engine::Report&) {});
+void storeVendorPath(const std::string& vendorPath) {
+    host::moduleState().vendorPath = vendorPath;
 }
 
-void storeVendorPath(const std::string& vendorPath) { host::moduleState().vendorPath = vendorPath; }
+// The class a typed method runs, as the registry says.
+const char* reportClassOf(const char* method) {
+    const ReportRegistration* entry = registrationOfMethod(method);
+    return entry ? entry->className : method;
+}
+
+// Typed methods whose report class is not built yet run through the same mechanism: creating
+// the class named in the registry fails, and the error dialog says so.
+void runUnavailable(const char* method, bool preview) {
+    runTypedMethod<engine::Report>(method, reportClassOf(method), preview, [](engine::Report&) {});
+}
+
+// The four final glass methods differ only in their report class.
+template <class R>
+void runFinalGlass(const char* method, host::FinalGlassReportData& data,
+                   const std::string& vendorPath, bool preview, bool excel, bool pdf) {
+    storeVendorPath(vendorPath);
+    runTypedMethod<R>(method, reportClassOf(method), preview, [&](R& report) {
+        report.ReportData = &data;
+        report.ShouldExportToExcel = excel;
+        report.ShouldExportToPdf = pdf;
+    });
+}
 
 } // namespace
 
-PrintService::PrintService() { initializeComponent(); }
+PrintService::PrintService() {
+    initializeComponent();
+}
 
 void PrintService::setVendorConnection(host::ConnectionRef connection) {
     m_vendorConnection = std::move(connection);
@@ -60,12 +83,12 @@ void PrintService::PrintReport(std::string& args) {
 
 void PrintService::PrintMultipleElevationPartsReports(host::ElevationPartsReportDataList&,
                                                       bool& bPreview) {
-    runUnavailable("PrintMultipleElevationPartsReports", "ElevPartsMultipleReport", bPreview);
+    runUnavailable("PrintMultipleElevationPartsReports", bPreview);
 }
 
 void PrintService::PrintMultipleElevationGlassReports(host::ElevationGlassReportDataList&,
                                                       std::string&, bool& bPreview) {
-    runUnavailable("PrintMultipleElevationGlassReports", "ElevGlassMultipleReport", bPreview);
+    runUnavailable("PrintMultipleElevationGlassReports", bPreview);
 }
 
 void PrintService::PrintElevationPartsReport(host::User& oUser, host::ElevationData& oElevation,
@@ -87,9 +110,10 @@ void PrintService::PrintElevationPartsReport(host::User& oUser, host::ElevationD
         data.Vendor = vendor;
         data.PartsRows = oPartsReportListItems;
 
-        engine::Report& report = reportObject("ElevPartsAR");
+        const char* reportClass = reportClassOf("PrintElevationPartsReport");
+        engine::Report& report = reportObject(reportClass);
         runSequence(report, bPreview);
-        releaseReportObject("ElevPartsAR");
+        releaseReportObject(reportClass);
     } catch (...) {
         host::messageBox().show(host::currentErrorDescription(), host::MessageIcon::Information,
                                 "Error Encountered");
@@ -99,118 +123,99 @@ void PrintService::PrintElevationPartsReport(host::User& oUser, host::ElevationD
 void PrintService::PrintLinealReport(host::LinealReportData&, std::string& sVendorPath, bool&,
                                      bool&, bool bPreview) {
     storeVendorPath(sVendorPath);
-    runUnavailable("PrintLinealReport", "FinalPartsLineal", bPreview);
+    runUnavailable("PrintLinealReport", bPreview);
 }
 
 void PrintService::PrintMetalRecapReport(host::MetalRecapReportData&, bool bPreview) {
-    runUnavailable("PrintMetalRecapReport", "ar2MetalRecap", bPreview);
+    runUnavailable("PrintMetalRecapReport", bPreview);
 }
 
 void PrintService::PrintOptimizedCutListReport(host::OptimizedCutListReportData&,
                                                std::string& sVendorPath, bool bPreview, bool,
                                                bool) {
     storeVendorPath(sVendorPath);
-    runUnavailable("PrintOptimizedCutListReport", "AR2CutList", bPreview);
+    runUnavailable("PrintOptimizedCutListReport", bPreview);
 }
 
 void PrintService::PrintFinalPartsReportLandscape(host::FinalPartsReportData&,
                                                   std::string& sVendorPath, host::UserDefaults&,
                                                   bool, bool, bool bPreview) {
     storeVendorPath(sVendorPath);
-    runUnavailable("PrintFinalPartsReportLandscape", "FinalPartsAR", bPreview);
+    runUnavailable("PrintFinalPartsReportLandscape", bPreview);
 }
 
 void PrintService::PrintFinalPartsReportPortrait(host::FinalPartsReportData&,
                                                  std::string& sVendorPath, host::UserDefaults&,
                                                  bool, bool, bool bPreview) {
     storeVendorPath(sVendorPath);
-    runUnavailable("PrintFinalPartsReportPortrait", "FinalPartsAR2", bPreview);
+    runUnavailable("PrintFinalPartsReportPortrait", bPreview);
 }
 
 void PrintService::PrintFinalPartsReportWithNoPrices(host::FinalPartsReportData&,
                                                      std::string& sVendorPath, host::UserDefaults&,
                                                      bool, bool, bool bPreview) {
     storeVendorPath(sVendorPath);
-    runUnavailable("PrintFinalPartsReportWithNoPrices", "FinalPartsARNP", bPreview);
+    runUnavailable("PrintFinalPartsReportWithNoPrices", bPreview);
 }
 
 void PrintService::PrintJobPartsReport(host::JobPartsReportData&, bool bPreview) {
-    runUnavailable("PrintJobPartsReport", "JobPartsAR", bPreview);
+    runUnavailable("PrintJobPartsReport", bPreview);
 }
 
 void PrintService::PrintJobPartsReportByElevation(host::JobPartsReportData&, bool bPreview) {
-    runUnavailable("PrintJobPartsReportByElevation", "JobElevAR", bPreview);
+    runUnavailable("PrintJobPartsReportByElevation", bPreview);
 }
 
 void PrintService::PrintCutLabelsLarge(host::CutLabelsReportData&, bool bPreview) {
-    runUnavailable("PrintCutLabelsLarge", "arAvery5260MetalLabels", bPreview);
+    runUnavailable("PrintCutLabelsLarge", bPreview);
 }
 
 void PrintService::PrintCutLabelsSmallA(host::CutLabelsReportData&, bool bPreview) {
-    runUnavailable("PrintCutLabelsSmallA", "arAvery5267AMetalLabels", bPreview);
+    runUnavailable("PrintCutLabelsSmallA", bPreview);
 }
 
 void PrintService::PrintCutLabelsSmallB(host::CutLabelsReportData&, bool bPreview) {
-    runUnavailable("PrintCutLabelsSmallB", "arAvery5267BMetalLabels", bPreview);
+    runUnavailable("PrintCutLabelsSmallB", bPreview);
 }
 
 void PrintService::PrintCutLabelsSmallC(host::CutLabelsReportData&, bool bPreview) {
-    runUnavailable("PrintCutLabelsSmallC", "arAvery5267CMetalLabels", bPreview);
+    runUnavailable("PrintCutLabelsSmallC", bPreview);
 }
 
 void PrintService::PrintMetalCutListing(host::CutLabelsReportData&, bool bPreview) {
-    runUnavailable("PrintMetalCutListing", "AR2MetalCutListings", bPreview);
+    runUnavailable("PrintMetalCutListing", bPreview);
 }
 
 void PrintService::PrintFinalGlassReportWithoutPrices(host::FinalGlassReportData& ReportData,
                                                       std::string VendorPath, bool bPreview,
                                                       bool ShouldExportToExcel,
                                                       bool ShouldExportToPdf) {
-    storeVendorPath(VendorPath);
-    runTypedMethod<reports::FinalGlassARNP>("PrintFinalGlassReportWithoutPrices", "FinalGlassARNP",
-                                            bPreview, [&](reports::FinalGlassARNP& report) {
-                                                report.ReportData = &ReportData;
-                                                report.ShouldExportToExcel = ShouldExportToExcel;
-                                                report.ShouldExportToPdf = ShouldExportToPdf;
-                                            });
+    runFinalGlass<reports::FinalGlassARNP>("PrintFinalGlassReportWithoutPrices", ReportData,
+                                           VendorPath, bPreview, ShouldExportToExcel,
+                                           ShouldExportToPdf);
 }
 
 void PrintService::PrintFinalGlassLandscapeReportWithoutPrices(
     host::FinalGlassReportData& ReportData, std::string VendorPath, bool bPreview,
     bool ShouldExportToExcel, bool ShouldExportToPdf) {
-    storeVendorPath(VendorPath);
-    runTypedMethod<reports::FinalGlassARNP2>("PrintFinalGlassLandscapeReportWithoutPrices",
-                                             "FinalGlassARNP2", bPreview,
-                                             [&](reports::FinalGlassARNP2& report) {
-                                                 report.ReportData = &ReportData;
-                                                 report.ShouldExportToExcel = ShouldExportToExcel;
-                                                 report.ShouldExportToPdf = ShouldExportToPdf;
-                                             });
+    runFinalGlass<reports::FinalGlassARNP2>("PrintFinalGlassLandscapeReportWithoutPrices",
+                                            ReportData, VendorPath, bPreview, ShouldExportToExcel,
+                                            ShouldExportToPdf);
 }
 
 void PrintService::PrintFinalGlassLandscapeReport(host::FinalGlassReportData& ReportData,
                                                   std::string VendorPath, bool bPreview,
                                                   bool ShouldExportToExcel,
                                                   bool ShouldExportToPdf) {
-    storeVendorPath(VendorPath);
-    runTypedMethod<reports::FinalGlassAR2>("PrintFinalGlassLandscapeReport", "FinalGlassAR2",
-                                           bPreview, [&](reports::FinalGlassAR2& report) {
-                                               report.ReportData = &ReportData;
-                                               report.ShouldExportToExcel = ShouldExportToExcel;
-                                               report.ShouldExportToPdf = ShouldExportToPdf;
-                                           });
+    runFinalGlass<reports::FinalGlassAR2>("PrintFinalGlassLandscapeReport", ReportData, VendorPath,
+                                          bPreview, ShouldExportToExcel, ShouldExportToPdf);
 }
 
 void PrintService::PrintFinalGlassPortraitReport(host::FinalGlassReportData& ReportData,
                                                  std::string VendorPath, bool bPreview,
                                                  bool ShouldExportToExcel, bool ShouldExportToPdf) {
-    storeVendorPath(VendorPath);
-    runTypedMethod<reports::FinalGlassAR>("PrintFinalGlassPortraitReport", "FinalGlassAR", bPreview,
-                                          [&](reports::FinalGlassAR& report) {
-                                              report.ReportData = &ReportData;
-                                              report.ShouldExportToExcel = ShouldExportToExcel;
-                                              report.ShouldExportToPdf = ShouldExportToPdf;
-                                          });
+    runFinalGlass<reports::FinalGlassAR>("PrintFinalGlassPortraitReport", ReportData, VendorPath,
+                                         bPreview, ShouldExportToExcel, ShouldExportToPdf);
 }
 
 } // namespace qr::service

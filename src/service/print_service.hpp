@@ -35,10 +35,11 @@ class PrintService {
     // 4
     void PrintReport(std::string& args);
     // 5-7
-    void PrintMultipleElevationPartsReports(host::ElevationPartsReportDataList& oElevationPartsReportDataList,
-                                            bool& bPreview);
-    void PrintMultipleElevationGlassReports(host::ElevationGlassReportDataList& oElevationGlassReportDataList,
-                                            std::string& ReportFormat, bool& bPreview);
+    void PrintMultipleElevationPartsReports(
+        host::ElevationPartsReportDataList& oElevationPartsReportDataList, bool& bPreview);
+    void PrintMultipleElevationGlassReports(
+        host::ElevationGlassReportDataList& oElevationGlassReportDataList,
+        std::string& ReportFormat, bool& bPreview);
     void PrintElevationPartsReport(host::User& oUser, host::ElevationData& oElevation,
                                    host::PartsReportListItems& oPartsReportListItems,
                                    std::string& sVendorPath, bool bPreview = true);
@@ -65,7 +66,8 @@ class PrintService {
                                            bool bPreview = true);
     // 14-20
     void PrintJobPartsReport(host::JobPartsReportData& oReportData, bool bPreview = true);
-    void PrintJobPartsReportByElevation(host::JobPartsReportData& oReportData, bool bPreview = true);
+    void PrintJobPartsReportByElevation(host::JobPartsReportData& oReportData,
+                                        bool bPreview = true);
     void PrintCutLabelsLarge(host::CutLabelsReportData& oReportData, bool bPreview = true);
     void PrintCutLabelsSmallA(host::CutLabelsReportData& oReportData, bool bPreview = true);
     void PrintCutLabelsSmallB(host::CutLabelsReportData& oReportData, bool bPreview = true);

@@ -1,7 +1,7 @@
 #include "service/report_objects.hpp"
 
 #include "platform/core/error.hpp"
-#include "service/report_table.hpp"
+#include "service/report_registry.hpp"
 
 #include <map>
 #include <mutex>
@@ -27,10 +27,12 @@ std::map<std::string, std::unique_ptr<engine::Report>>& threadObjects() {
 }
 
 void loadBuiltIns(Table& t) {
-    if (t.loaded) return;
+    if (t.loaded)
+        return;
     t.loaded = true;
-    for (const auto& entry : builtInReportClasses()) {
-        t.factories.emplace(entry.className, entry.factory);
+    for (const auto& entry : reportRegistry()) {
+        if (entry.factory)
+            t.factories.emplace(entry.className, entry.factory);
     }
 }
 
@@ -53,7 +55,8 @@ bool hasReportClass(const std::string& className) {
 engine::Report& reportObject(const std::string& className) {
     auto& objects = threadObjects();
     auto found = objects.find(className);
-    if (found != objects.end()) return *found->second;
+    if (found != objects.end())
+        return *found->second;
 
     ReportFactory factory;
     {
@@ -61,7 +64,8 @@ engine::Report& reportObject(const std::string& className) {
         std::lock_guard lock(t.mutex);
         loadBuiltIns(t);
         auto it = t.factories.find(className);
-        if (it != t.factories.end()) factory = it->second;
+        if (it != t.factories.end())
+            factory = it->second;
     }
     if (!factory) {
         // What the platform says for a class it cannot create.
@@ -73,6 +77,8 @@ engine::Report& reportObject(const std::string& className) {
     return ref;
 }
 
-void releaseReportObject(const std::string& className) { threadObjects().erase(className); }
+void releaseReportObject(const std::string& className) {
+    threadObjects().erase(className);
+}
 
 } // namespace qr::service

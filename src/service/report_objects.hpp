@@ -1,7 +1,7 @@
 #pragma once
 // Report objects: one shared instance per report class and thread, created on first use from
-// the table of report classes, kept with its members and pages until released. The table is
-// explicit (report_table.cpp lists every report this build has); tests may add entries.
+// the report registry (report_registry.cpp lists every report class), kept with its members and
+// pages until released; tests may add classes of their own.
 
 #include "platform/core/error.hpp"
 #include "platform/engine/report.hpp"
@@ -24,10 +24,10 @@ bool hasReportClass(const std::string& className);
 engine::Report& reportObject(const std::string& className);
 
 /// The instance of the class as its concrete type; raises Error 13 when it is not one.
-template <class R>
-R& reportObjectAs(const std::string& className) {
+template <class R> R& reportObjectAs(const std::string& className) {
     auto* report = dynamic_cast<R*>(&reportObject(className));
-    if (!report) throw Error::typeMismatch("QuarvexReports.PrintService");
+    if (!report)
+        throw Error::typeMismatch("QuarvexReports.PrintService");
     return *report;
 }
 

@@ -14,7 +14,8 @@ namespace {
 std::string printJobName(const engine::Report& report) {
     std::string name = report.pages().title.empty() ? report.className() : report.pages().title;
     const auto& job = host::moduleState().currentJobName;
-    if (!job.empty()) name += " - " + job;
+    if (!job.empty())
+        name += " - " + job;
     return name;
 }
 
@@ -26,7 +27,7 @@ void runSequence(engine::Report& report, bool preview) {
     if (preview) {
         const auto& pages = report.pages();
         output::makePreviewPresenter()->show(pages, pages.title.empty() ? report.className()
-                                                                         : pages.title);
+                                                                        : pages.title);
     } else {
         output::printPages(report.pages(), printJobName(report));
     }

@@ -1,5 +1,6 @@
 #include "platform/db/connection_string.hpp"
 
+#include "platform/core/text.hpp"
 #include "platform/db/db_error.hpp"
 
 #include <algorithm>
@@ -12,19 +13,9 @@ constexpr std::string_view kSqlitePrefix = "sqlite:";
 constexpr std::string_view kOdbcPrefix = "odbc:";
 constexpr std::string_view kPgPrefixes[] = {"postgresql://", "postgres://"};
 
-bool startsWithNoCase(std::string_view text, std::string_view prefix) {
-    if (text.size() < prefix.size())
-        return false;
-    for (std::size_t i = 0; i < prefix.size(); ++i)
-        if (std::tolower(static_cast<unsigned char>(text[i])) !=
-            std::tolower(static_cast<unsigned char>(prefix[i])))
-            return false;
-    return true;
-}
-
 std::size_t pgPrefixLength(std::string_view text) {
     for (auto prefix : kPgPrefixes)
-        if (startsWithNoCase(text, prefix))
+        if (startsWithIgnoringCase(text, prefix))
             return prefix.size();
     return 0;
 }
@@ -138,8 +129,7 @@ std::string maskOdbc(std::string_view text) {
         key.erase(
             std::remove_if(key.begin(), key.end(), [](unsigned char c) { return std::isspace(c); }),
             key.end());
-        std::transform(key.begin(), key.end(), key.begin(),
-                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        key = lowerCase(key);
         if (eq != std::string_view::npos && (key == "pwd" || key == "password")) {
             out += part.substr(0, eq + 1);
             out += "***";
@@ -185,14 +175,14 @@ std::string maskConnectionString(std::string_view text) {
         }
         return out;
     }
-    if (startsWithNoCase(text, kOdbcPrefix))
+    if (startsWithIgnoringCase(text, kOdbcPrefix))
         return std::string(text.substr(0, kOdbcPrefix.size())) +
                maskOdbc(text.substr(kOdbcPrefix.size()));
     return std::string(text);
 }
 
 ConnectionSpec parseConnectionString(std::string_view text) {
-    if (startsWithNoCase(text, kSqlitePrefix)) {
+    if (startsWithIgnoringCase(text, kSqlitePrefix)) {
         ConnectionSpec parsed;
         parsed.engine = Engine::SQLite;
         parsed.path = std::string(text.substr(kSqlitePrefix.size()));
@@ -202,7 +192,7 @@ ConnectionSpec parseConnectionString(std::string_view text) {
     }
     if (std::size_t n = pgPrefixLength(text))
         return parsePostgres(text, n);
-    if (startsWithNoCase(text, kOdbcPrefix)) {
+    if (startsWithIgnoringCase(text, kOdbcPrefix)) {
         ConnectionSpec parsed;
         parsed.engine = Engine::Odbc;
         parsed.odbc = std::string(text.substr(kOdbcPrefix.size()));

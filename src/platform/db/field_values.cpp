@@ -1,5 +1,7 @@
 #include "platform/db/field_values.hpp"
 
+#include "platform/core/text.hpp"
+
 #include <QDate>
 #include <QDateTime>
 #include <QString>
@@ -12,13 +14,6 @@
 
 namespace qr::db {
 namespace {
-
-std::string lower(std::string_view text) {
-    std::string out(text);
-    std::transform(out.begin(), out.end(), out.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return out;
-}
 
 bool endsWith(std::string_view text, std::string_view suffix) {
     return text.size() > suffix.size() && text.substr(text.size() - suffix.size()) == suffix;
@@ -136,7 +131,7 @@ Variant asBoolean(const QVariant& raw, QMetaType declared) {
     if (isIntegerType(id))
         return Variant(raw.toLongLong() != 0);
     if (id == QMetaType::QString) {
-        const std::string text = lower(raw.toString().trimmed().toStdString());
+        const std::string text = lowerCase(raw.toString().trimmed().toStdString());
         if (text == "1" || text == "true" || text == "t" || text == "-1")
             return Variant(true);
         if (text == "0" || text == "false" || text == "f")
@@ -184,7 +179,7 @@ Variant asText(const QVariant& raw, QMetaType declared) {
 } // namespace
 
 ColumnKind columnKindOf(std::string_view columnName) {
-    const std::string name = lower(columnName);
+    const std::string name = lowerCase(columnName);
     // Host columns that carry no type prefix although their first letter looks like one.
     if (name == "defaultfinish" || name == "code")
         return ColumnKind::Text;

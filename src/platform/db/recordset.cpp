@@ -1,5 +1,6 @@
 #include "platform/db/recordset.hpp"
 
+#include "platform/core/text.hpp"
 #include "platform/db/db_error.hpp"
 #include "platform/db/field_values.hpp"
 #include "platform/db/session.hpp"
@@ -14,20 +15,6 @@
 
 namespace qr::db {
 namespace {
-
-std::string lower(std::string_view text) {
-    std::string out(text);
-    std::transform(out.begin(), out.end(), out.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return out;
-}
-
-std::string trim(const std::string& text) {
-    const auto first = text.find_first_not_of(" \t\r\n");
-    if (first == std::string::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
-}
 
 /// The table of "SELECT * FROM T", optionally followed by WHERE or ORDER BY; "" otherwise.
 std::string singleTableOf(const std::string& sql) {
@@ -54,13 +41,13 @@ bool locksForWriting(LockType lock) {
 Recordset::Recordset(std::shared_ptr<detail::Session> session, const std::string& source,
                      CursorType /*cursor: every cursor is read as a snapshot*/, LockType lock)
     : m_source(source) {
-    const std::string trimmed = trim(source);
+    const std::string trimmedSource(trimmed(source));
     std::string sql = source;
     std::string table;
-    if (detail::isIdentifier(trimmed)) {
+    if (detail::isIdentifier(trimmedSource)) {
         // A bare table name is the whole source, as the classic library accepted it.
-        sql = "SELECT * FROM " + trimmed;
-        table = trimmed;
+        sql = "SELECT * FROM " + trimmedSource;
+        table = trimmedSource;
     } else {
         table = singleTableOf(source);
     }
@@ -84,7 +71,7 @@ void Recordset::readRows(const std::string& sql) {
         std::string name = record.fieldName(i).toStdString();
         m_kinds.push_back(columnKindOf(name));
         m_declared.push_back(record.field(i).metaType());
-        m_index.emplace(lower(name), static_cast<std::size_t>(i)); // the first of a name wins
+        m_index.emplace(lowerCase(name), static_cast<std::size_t>(i)); // the first of a name wins
         m_columns.push_back(std::move(name));
     }
     const bool keepRaw = !m_table.empty();
@@ -133,11 +120,11 @@ const std::vector<std::string>& Recordset::columns() const {
 }
 
 bool Recordset::hasColumn(std::string_view name) const {
-    return m_index.count(lower(name)) != 0;
+    return m_index.count(lowerCase(name)) != 0;
 }
 
 std::size_t Recordset::columnIndex(std::string_view name) const {
-    auto found = m_index.find(lower(name));
+    auto found = m_index.find(lowerCase(name));
     if (found == m_index.end())
         raise(dberr::kItemNotFound, kItemNotFoundText);
     return found->second;
@@ -243,7 +230,7 @@ void Recordset::update() {
 
     std::vector<std::size_t> whereColumns;
     for (const std::string& key : m_session->primaryKey(m_table)) {
-        auto found = m_index.find(lower(key));
+        auto found = m_index.find(lowerCase(key));
         if (found == m_index.end()) {
             whereColumns.clear();
             break;

@@ -1,6 +1,7 @@
 #include "platform/db/sql_script.hpp"
 
 #include "platform/core/error.hpp"
+#include "platform/core/text.hpp"
 #include "platform/db/connection.hpp"
 #include "platform/db/db_error.hpp"
 
@@ -8,24 +9,14 @@
 #include <sstream>
 
 namespace qr::db {
-namespace {
-
-bool blank(const std::string& text) {
-    return text.find_first_not_of(" \t\r\n") == std::string::npos;
-}
-
-} // namespace
 
 std::vector<std::string> splitSqlScript(std::string_view script) {
     std::vector<std::string> statements;
     std::string current;
     std::size_t i = 0;
     auto flush = [&] {
-        if (!blank(current)) {
-            const auto first = current.find_first_not_of(" \t\r\n");
-            const auto last = current.find_last_not_of(" \t\r\n");
-            statements.push_back(current.substr(first, last - first + 1));
-        }
+        if (!isBlank(current))
+            statements.emplace_back(trimmed(current));
         current.clear();
     };
     while (i < script.size()) {

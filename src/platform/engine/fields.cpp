@@ -1,22 +1,12 @@
 #include "platform/engine/fields.hpp"
 
 #include "platform/core/error.hpp"
+#include "platform/core/text.hpp"
 
 #include <algorithm>
 #include <cctype>
 
 namespace qr::engine {
-
-namespace {
-
-std::string lowerCase(std::string_view text) {
-    std::string out(text);
-    for (char& c : out)
-        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return out;
-}
-
-} // namespace
 
 const std::string& Field::name() const {
     return m_owner->m_names[m_index];

@@ -1,6 +1,7 @@
 #include "platform/output/font_library.hpp"
 
 #include "platform/core/error.hpp"
+#include "platform/core/text.hpp"
 #include "platform/output/output_error.hpp"
 
 #include <algorithm>
@@ -17,13 +18,6 @@
 namespace qr::output {
 
 namespace {
-
-std::string lowerCase(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return result;
-}
 
 // Owns a fontconfig pattern for the length of one lookup.
 struct PatternHandle {

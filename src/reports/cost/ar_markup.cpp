@@ -258,7 +258,7 @@ constexpr MarkupFigure kFigures[] = {
 
 } // namespace
 
-ARMarkup::ARMarkup() : MarkupReport(design(), {"-Markup.xls", "-Markup.pdf"}) {
+ARMarkup::ARMarkup() : MarkupReport(design(), kExportSuffixes) {
     onFormat("PageFooter", [this] { pageFooterFormat(); });
 }
 

@@ -16,6 +16,7 @@ namespace qr::reports {
 
 class ARMarkup : public cost::MarkupReport {
   public:
+    static constexpr ExportSuffixes kExportSuffixes{"-Markup.xls", "-Markup.pdf"};
     ARMarkup();
 
   protected:

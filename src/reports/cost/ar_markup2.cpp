@@ -115,7 +115,7 @@ constexpr MarkupFigure kFigures[] = {
 
 } // namespace
 
-ARMarkup2::ARMarkup2() : MarkupReport(design(), {"-MarkupNoCost.xls", "-MarkupNoCost.pdf"}) {
+ARMarkup2::ARMarkup2() : MarkupReport(design(), kExportSuffixes) {
     onFormat("PageFooter", [this] { pageFooterFormat(); });
 }
 

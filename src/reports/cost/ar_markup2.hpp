@@ -15,6 +15,7 @@ namespace qr::reports {
 
 class ARMarkup2 : public cost::MarkupReport {
   public:
+    static constexpr ExportSuffixes kExportSuffixes{"-MarkupNoCost.xls", "-MarkupNoCost.pdf"};
     ARMarkup2();
 
   protected:

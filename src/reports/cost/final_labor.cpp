@@ -216,7 +216,7 @@ void JobLaborSub::detailFormat() {
 
 // ---- FinalLaborAR ---------------------------------------------------------------------------
 
-FinalLaborAR::FinalLaborAR() : CostReport(laborDesign(), {"-FinalLabor.xls", "-FinalLabor.pdf"}) {
+FinalLaborAR::FinalLaborAR() : CostReport(laborDesign(), kExportSuffixes) {
     onBeforePrint("Detail", &FinalLaborAR::detailBeforePrint);
     onFormat("PageFooter", [this] { pageFooterFormat(); });
     onFormat("ReportFooter", &FinalLaborAR::reportFooterFormat);

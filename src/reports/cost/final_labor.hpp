@@ -35,6 +35,7 @@ class JobLaborSub : public cost::CostReport {
 
 class FinalLaborAR : public cost::CostReport {
   public:
+    static constexpr ExportSuffixes kExportSuffixes{"-FinalLabor.xls", "-FinalLabor.pdf"};
     FinalLaborAR();
 
   protected:

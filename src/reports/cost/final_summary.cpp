@@ -238,10 +238,10 @@ void FinalSummaryReport::showJobCounts() {
 } // namespace cost
 
 FinalSummaryAR::FinalSummaryAR()
-    : FinalSummaryReport("FinalSummaryAR", true, {"-FinalSummary.xls", "-FinalSummary.pdf"}) {}
+    : FinalSummaryReport("FinalSummaryAR", true, kExportSuffixes) {}
 
 FinalSummaryAR2::FinalSummaryAR2()
-    : FinalSummaryReport("FinalSummaryAR2", false, {"-FinalSummaryNN.xls", "-FinalSummaryNN.pdf"}) {
+    : FinalSummaryReport("FinalSummaryAR2", false, kExportSuffixes) {
 }
 
 } // namespace qr::reports

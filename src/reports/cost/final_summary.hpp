@@ -39,11 +39,13 @@ class FinalSummaryReport : public CostReport {
 
 class FinalSummaryAR : public cost::FinalSummaryReport {
   public:
+    static constexpr ExportSuffixes kExportSuffixes{"-FinalSummary.xls", "-FinalSummary.pdf"};
     FinalSummaryAR();
 };
 
 class FinalSummaryAR2 : public cost::FinalSummaryReport {
   public:
+    static constexpr ExportSuffixes kExportSuffixes{"-FinalSummaryNN.xls", "-FinalSummaryNN.pdf"};
     FinalSummaryAR2();
 };
 

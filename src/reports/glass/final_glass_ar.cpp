@@ -82,6 +82,6 @@ FinalGlassAR::FinalGlassAR()
                        {.prices = true,
                         .minimumAreaCheck = false,
                         .descriptionLabel = false,
-                        .suffixes = {"-FinalGlass.xls", "-FinalGlass.pdf"}}) {}
+                        .suffixes = kExportSuffixes}) {}
 
 } // namespace qr::reports

@@ -107,6 +107,6 @@ FinalGlassAR2::FinalGlassAR2()
                        {.prices = true,
                         .minimumAreaCheck = true,
                         .descriptionLabel = true,
-                        .suffixes = {"-FinalGlass.xls", "-FinalGlass.pdf"}}) {}
+                        .suffixes = kExportSuffixes}) {}
 
 } // namespace qr::reports

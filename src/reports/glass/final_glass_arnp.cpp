@@ -59,6 +59,6 @@ FinalGlassARNP::FinalGlassARNP()
                        {.prices = false,
                         .minimumAreaCheck = false,
                         .descriptionLabel = true,
-                        .suffixes = {"-FinalGlassNP.xls", "-FinalGlassNP.pdf"}}) {}
+                        .suffixes = kExportSuffixes}) {}
 
 } // namespace qr::reports

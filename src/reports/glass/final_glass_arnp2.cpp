@@ -91,6 +91,6 @@ FinalGlassARNP2::FinalGlassARNP2()
                        {.prices = false,
                         .minimumAreaCheck = true,
                         .descriptionLabel = true,
-                        .suffixes = {"-FinalGlassNP.xls", "-FinalGlassNP.pdf"}}) {}
+                        .suffixes = kExportSuffixes}) {}
 
 } // namespace qr::reports

@@ -101,18 +101,21 @@ class FinalGlassReport : public engine::Report {
 /// The portrait priced list (PrintFinalGlassPortraitReport).
 class FinalGlassAR : public FinalGlassReport {
   public:
+    static constexpr ExportSuffixes kExportSuffixes{"-FinalGlass.xls", "-FinalGlass.pdf"};
     FinalGlassAR();
 };
 
 /// The landscape priced list with the minimum block area check (PrintFinalGlassLandscapeReport).
 class FinalGlassAR2 : public FinalGlassReport {
   public:
+    static constexpr ExportSuffixes kExportSuffixes{"-FinalGlass.xls", "-FinalGlass.pdf"};
     FinalGlassAR2();
 };
 
 /// The portrait list without prices (PrintFinalGlassReportWithoutPrices).
 class FinalGlassARNP : public FinalGlassReport {
   public:
+    static constexpr ExportSuffixes kExportSuffixes{"-FinalGlassNP.xls", "-FinalGlassNP.pdf"};
     FinalGlassARNP();
 };
 
@@ -120,6 +123,7 @@ class FinalGlassARNP : public FinalGlassReport {
 /// (PrintFinalGlassLandscapeReportWithoutPrices).
 class FinalGlassARNP2 : public FinalGlassReport {
   public:
+    static constexpr ExportSuffixes kExportSuffixes{"-FinalGlassNP.xls", "-FinalGlassNP.pdf"};
     FinalGlassARNP2();
 };
 

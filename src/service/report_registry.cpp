@@ -1,0 +1,211 @@
+#include "service/report_registry.hpp"
+
+#include "reports/cost/ar_markup.hpp"
+#include "reports/cost/ar_markup2.hpp"
+#include "reports/cost/final_labor.hpp"
+#include "reports/cost/final_summary.hpp"
+#include "reports/glass/final_glass_report.hpp"
+#include "service/typed_calls.hpp"
+
+#include <vector>
+
+namespace qr::service {
+
+namespace {
+
+template <class R> ReportFactory make() {
+    return [] { return std::make_unique<R>(); };
+}
+
+// Parameter lists as the host's interface declares them.
+constexpr const char* kGlassParameters = "ReportData, VendorPath, bPreview = True, "
+                                         "ShouldExportToExcel = False, ShouldExportToPdf = False";
+constexpr const char* kFinalPartsParameters = "oReportData, sVendorPath, oUserDefaults, "
+                                              "bExportToExcel = False, bExportToPdf = False, "
+                                              "bPreview = True";
+constexpr const char* kDataAndPreview = "oReportData, bPreview = True";
+
+namespace calls = typed_calls;
+
+// Every report class; a class with no factory is not built yet (error 429 when asked for).
+std::vector<ReportRegistration> buildRegistry() {
+    using reports::FinalGlassAR;
+    using reports::FinalGlassAR2;
+    using reports::FinalGlassARNP;
+    using reports::FinalGlassARNP2;
+    return {
+        // Glass
+        {"FinalGlassAR", make<FinalGlassAR>(), nullptr, false,
+         TypedMethod{"PrintFinalGlassPortraitReport", kGlassParameters, true,
+                     calls::finalGlassPortrait},
+         FinalGlassAR::kExportSuffixes},
+        {"FinalGlassAR2", make<FinalGlassAR2>(), nullptr, false,
+         TypedMethod{"PrintFinalGlassLandscapeReport", kGlassParameters, true,
+                     calls::finalGlassLandscape},
+         FinalGlassAR2::kExportSuffixes},
+        {"FinalGlassARNP", make<FinalGlassARNP>(), nullptr, false,
+         TypedMethod{"PrintFinalGlassReportWithoutPrices", kGlassParameters, true,
+                     calls::finalGlassWithoutPrices},
+         FinalGlassARNP::kExportSuffixes},
+        {"FinalGlassARNP2", make<FinalGlassARNP2>(), nullptr, false,
+         TypedMethod{"PrintFinalGlassLandscapeReportWithoutPrices", kGlassParameters, true,
+                     calls::finalGlassLandscapeWithoutPrices},
+         FinalGlassARNP2::kExportSuffixes},
+        {"JobGlassToOrder", {}, "jobglasstoorder"},
+        {"JobGlassToOrder2", {}, "jobglasstoorder2"},
+        {"JobGlassByPartAR", {}, "jobglassbypartar"},
+        {"JobGlassByElevAR", {}, "jobglassbyelevar"},
+        {"JobGlassWideByPartAR2", {}, "jobglasswidebypartar2"},
+        {"JobGlassWideByElevAR2", {}, "jobglasswidebyelevar2"},
+        {"AR2GlassCutListings", {}, "ar2glasscutlistings"},
+        {"arAvery5260GlassLabels", {}, "aravery5260glasslabels", true},
+        {"arAvery5267AGlassLabels", {}, "aravery5267aglasslabels", true},
+        {"arAvery5267BGlassLabels", {}, "aravery5267bglasslabels", true},
+        {"arAvery5267CGlassLabels", {}, "aravery5267cglasslabels", true},
+        {"ElevGlassAR", {}, "elevglassar"},
+        {"ElevGlassAR2", {}, "elevglassar2"},
+
+        // Parts and metal
+        {"FinalPartsAR",
+         {},
+         nullptr,
+         false,
+         TypedMethod{"PrintFinalPartsReportLandscape", kFinalPartsParameters, false,
+                     calls::finalPartsLandscape}},
+        {"FinalPartsAR2",
+         {},
+         nullptr,
+         false,
+         TypedMethod{"PrintFinalPartsReportPortrait", kFinalPartsParameters, false,
+                     calls::finalPartsPortrait}},
+        {"FinalPartsARNP",
+         {},
+         nullptr,
+         false,
+         TypedMethod{"PrintFinalPartsReportWithNoPrices", kFinalPartsParameters, false,
+                     calls::finalPartsWithNoPrices}},
+        {"FinalPartsLineal",
+         {},
+         nullptr,
+         false,
+         TypedMethod{"PrintLinealReport",
+                     "oReportData, sVendorPath, ExportToExcel, ExportToPDF, bPreview = True", false,
+                     calls::lineal}},
+        {"ar2MetalRecap",
+         {},
+         nullptr,
+         false,
+         TypedMethod{"PrintMetalRecapReport", kDataAndPreview, false, calls::metalRecap}},
+        {"JobPartsAR",
+         {},
+         "jobpartsar",
+         false,
+         TypedMethod{"PrintJobPartsReport", kDataAndPreview, false, calls::jobParts}},
+        {"JobElevAR",
+         {},
+         "jobelevar",
+         false,
+         TypedMethod{"PrintJobPartsReportByElevation", kDataAndPreview, false,
+                     calls::jobPartsByElevation}},
+        {"AR2CutList",
+         {},
+         "ar2cutlist",
+         false,
+         TypedMethod{"PrintOptimizedCutListReport",
+                     "oReportData, sVendorPath, bPreview = True, bExportToExcel = False, "
+                     "bExportToPdf = False",
+                     false, calls::optimizedCutList}},
+        {"AR2MetalCutListings",
+         {},
+         "ar2metalcutlistings",
+         true,
+         TypedMethod{"PrintMetalCutListing", kDataAndPreview, false, calls::metalCutListing}},
+        {"arAvery5260MetalLabels",
+         {},
+         nullptr,
+         false,
+         TypedMethod{"PrintCutLabelsLarge", kDataAndPreview, false, calls::cutLabelsLarge}},
+        {"arAvery5267AMetalLabels",
+         {},
+         nullptr,
+         false,
+         TypedMethod{"PrintCutLabelsSmallA", kDataAndPreview, false, calls::cutLabelsSmallA}},
+        {"arAvery5267BMetalLabels",
+         {},
+         nullptr,
+         false,
+         TypedMethod{"PrintCutLabelsSmallB", kDataAndPreview, false, calls::cutLabelsSmallB}},
+        {"arAvery5267CMetalLabels",
+         {},
+         nullptr,
+         false,
+         TypedMethod{"PrintCutLabelsSmallC", kDataAndPreview, false, calls::cutLabelsSmallC}},
+        {"ElevPartsAR",
+         {},
+         "elevpartsar",
+         false,
+         TypedMethod{"PrintElevationPartsReport",
+                     "oUser, oElevation, oPartsReportListItems, sVendorPath, bPreview = True",
+                     false, calls::elevationParts}},
+
+        // Cost
+        {"ARMarkup", make<reports::ARMarkup>(), "armarkup", false, std::nullopt,
+         reports::ARMarkup::kExportSuffixes},
+        {"ARMarkup2", make<reports::ARMarkup2>(), "armarkup2", false, std::nullopt,
+         reports::ARMarkup2::kExportSuffixes},
+        {"FinalSummaryAR", make<reports::FinalSummaryAR>(), "finalsummaryar", false, std::nullopt,
+         reports::FinalSummaryAR::kExportSuffixes},
+        {"FinalSummaryAR2", make<reports::FinalSummaryAR2>(), "finalsummaryar2", false,
+         std::nullopt, reports::FinalSummaryAR2::kExportSuffixes},
+        {"FinalLaborAR", make<reports::FinalLaborAR>(), "finallaborar", false, std::nullopt,
+         reports::FinalLaborAR::kExportSuffixes},
+        {"JobLaborSub", make<reports::JobLaborSub>()},
+
+        // Multi-elevation
+        {"ElevPartsMultipleReport",
+         {},
+         nullptr,
+         false,
+         TypedMethod{"PrintMultipleElevationPartsReports",
+                     "oElevationPartsReportDataList, bPreview", false,
+                     calls::multipleElevationParts}},
+        {"ElevGlassMultipleReport",
+         {},
+         nullptr,
+         false,
+         TypedMethod{"PrintMultipleElevationGlassReports",
+                     "oElevationGlassReportDataList, ReportFormat, bPreview", false,
+                     calls::multipleElevationGlass}},
+    };
+}
+
+template <class Matches> const ReportRegistration* findRegistration(Matches&& matches) {
+    for (const auto& entry : reportRegistry()) {
+        if (matches(entry))
+            return &entry;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+std::span<const ReportRegistration> reportRegistry() {
+    static const std::vector<ReportRegistration> registry = buildRegistry();
+    return registry;
+}
+
+const ReportRegistration* registrationOfClass(std::string_view className) {
+    return findRegistration([&](const ReportRegistration& r) { return r.className == className; });
+}
+
+const ReportRegistration* registrationOfRequest(std::string_view requestName) {
+    return findRegistration(
+        [&](const ReportRegistration& r) { return r.requestName && r.requestName == requestName; });
+}
+
+const ReportRegistration* registrationOfMethod(std::string_view methodName) {
+    return findRegistration(
+        [&](const ReportRegistration& r) { return r.method && r.method->name == methodName; });
+}
+
+} // namespace qr::service

@@ -1,0 +1,177 @@
+// The quarvex-reports program as a host script runs it: a child process with arguments, judged
+// by its exit code, its standard streams and the files it leaves.
+
+#include "support/temp_dir.hpp"
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <string>
+#include <sys/wait.h>
+#include <vector>
+
+namespace qr::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Outcome {
+    int exitCode = -1;
+    std::string out;
+    std::string err;
+};
+
+std::string quoted(const std::string& arg) {
+    std::string q = "'";
+    for (char c : arg)
+        q += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return q + "'";
+}
+
+std::string readAll(const fs::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+// Runs the program with `args` (and `environment` assignments before it), headless.
+Outcome runProgram(const TempDir& dir, const std::vector<std::string>& args,
+                   const std::string& environment = "") {
+    const fs::path program = fs::path(QR_BINARY_DIR) / "bin" / "quarvex-reports";
+    std::string command =
+        "env QUARVEX_NONINTERACTIVE=1 QUARVEX_PREVIEW_DIR=" + quoted((dir / "preview").string()) +
+        " " + environment + " " + quoted(program.string());
+    for (const auto& a : args)
+        command += " " + quoted(a);
+    command += " >" + quoted((dir / "stdout").string()) + " 2>" + quoted((dir / "stderr").string());
+    const int status = std::system(command.c_str());
+    Outcome outcome;
+    outcome.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    outcome.out = readAll(dir / "stdout");
+    outcome.err = readAll(dir / "stderr");
+    return outcome;
+}
+
+TEST(Cli, UsageErrorsExitWithTwoAndSayWhatWasWrong) {
+    TempDir dir;
+    struct Case {
+        std::vector<std::string> args;
+        const char* message;
+    };
+    const std::vector<Case> cases = {
+        {{}, "Usage: quarvex-reports"},
+        {{"print-everything"}, "unknown command 'print-everything'"},
+        {{"call"}, "Usage: quarvex-reports call"},
+        {{"call", "PrintNothing"}, "no method named 'PrintNothing'"},
+        {{"call", "PrintFinalGlassPortraitReport"}, "needs --data FILE.json"},
+        {{"call", "PrintFinalGlassPortraitReport", "--data"}, "--data needs a value"},
+        {{"call", "PrintFinalGlassPortraitReport", "--data", (dir / "missing.json").string()},
+         "cannot read"},
+        {{"call", "PrintMetalRecapReport", "--colour"}, "unknown option '--colour'"},
+        {{"request", "--vendor", "sqlite:v.db"}, "Usage: quarvex-reports request"},
+    };
+    for (const auto& c : cases) {
+        const Outcome outcome = runProgram(dir, c.args);
+        EXPECT_EQ(outcome.exitCode, 2) << c.message;
+        EXPECT_NE(outcome.err.find(c.message), std::string::npos)
+            << "expected '" << c.message << "' in: " << outcome.err;
+    }
+}
+
+TEST(Cli, HelpVersionAndTheMethodListExitWithZero) {
+    TempDir dir;
+    EXPECT_EQ(runProgram(dir, {"--help"}).exitCode, 0);
+    const Outcome version = runProgram(dir, {"--version"});
+    EXPECT_EQ(version.exitCode, 0);
+    EXPECT_EQ(version.out.rfind("quarvex-reports ", 0), 0u) << version.out;
+
+    const Outcome list = runProgram(dir, {"call", "--list"});
+    ASSERT_EQ(list.exitCode, 0);
+    int methods = 0;
+    std::istringstream lines(list.out);
+    for (std::string line; std::getline(lines, line);)
+        ++methods;
+    EXPECT_EQ(methods, 20) << list.out;
+    EXPECT_NE(
+        list.out.find("PrintFinalGlassPortraitReport(ReportData, VendorPath, bPreview = True, "
+                      "ShouldExportToExcel = False, ShouldExportToPdf = False)"),
+        std::string::npos);
+    EXPECT_NE(list.out.find("PrintMultipleElevationGlassReports(oElevationGlassReportDataList, "
+                            "ReportFormat, bPreview)"),
+              std::string::npos);
+}
+
+class CliOnSampleJobs : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        const Outcome made =
+            runProgram(m_dir, {"make-sample", "--vendor", vendor(), "--master", master()});
+        ASSERT_EQ(made.exitCode, 0) << made.err;
+    }
+    std::string vendor() const { return "sqlite:" + (m_dir / "vendor.db").string(); }
+    std::string master() const { return "sqlite:" + (m_dir / "master.db").string(); }
+    fs::path reports(const std::string& job) const { return m_dir / "Jobs" / job / "Reports"; }
+
+    TempDir m_dir;
+};
+
+TEST_F(CliOnSampleJobs, ARequestPrintsAndExportsItsFiles) {
+    const fs::path printed = m_dir / "printed.pdf";
+    const Outcome outcome =
+        runProgram(m_dir,
+                   {"request", "--vendor", vendor(), "--master", master(), "--vendor-path",
+                    m_dir.path().string(), "armarkup MarkupReport1 false 1 1 true true false |x |"},
+                   "QUARVEX_PRINTER=" + quoted("file:" + printed.string()));
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    EXPECT_GT(fs::file_size(printed), 1000u);
+    const fs::path folder = reports("Riverside Medical Office Building");
+    EXPECT_TRUE(fs::exists(folder / "Riverside Medical Office Building-Markup.xls"));
+    EXPECT_TRUE(fs::exists(folder / "Riverside Medical Office Building-Markup.pdf"));
+}
+
+TEST_F(CliOnSampleJobs, AnUnknownRequestShowsItsMessageAndExitsWithOne) {
+    const Outcome outcome =
+        runProgram(m_dir, {"request", "--vendor", vendor(), "--master", master(),
+                           "nosuchreport t false 1 1 false false false |x |"});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_NE(outcome.err.find("Error in Main subroutine in the PrintReports Project"),
+              std::string::npos)
+        << outcome.err;
+}
+
+TEST_F(CliOnSampleJobs, ATypedMethodReadsItsJsonPrintsAndExports) {
+    const fs::path data = m_dir / "glass.json";
+    std::ofstream(data) << R"({
+      "User": {"Name": "Dana Whitfield", "Phone": "(360) 555-0148", "Email": "dana@example.com"},
+      "Company": {"Name": "Cascade Glass & Glazing, Inc.", "Phone": "(360) 555-0100"},
+      "Job": {"JobID": 1, "JobName": "Riverside Medical Office Building"},
+      "ReportTitle": "",
+      "GlassQuery": "SELECT * FROM JobGlass WHERE JobID=1 ORDER BY sDescription, pThickness, sGlassType, sTypeLabel",
+      "ShowSupplier": true,
+      "Connection": ")" + vendor() +
+                               R"("})";
+    const fs::path printed = m_dir / "glass-printed.pdf";
+    const Outcome outcome =
+        runProgram(m_dir,
+                   {"call", "PrintFinalGlassPortraitReport", "--data", data.string(),
+                    "--vendor-path", m_dir.path().string(), "--no-preview", "--pdf"},
+                   "QUARVEX_PRINTER=" + quoted("file:" + printed.string()));
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    EXPECT_GT(fs::file_size(printed), 1000u);
+    EXPECT_TRUE(fs::exists(reports("Riverside Medical Office Building") /
+                           "Riverside Medical Office Building-FinalGlass.pdf"));
+
+    // Bad report data names the key path, and nothing runs.
+    std::ofstream(data) << R"({"User": {"Name": 12}})";
+    const Outcome bad = runProgram(
+        m_dir, {"call", "PrintFinalGlassPortraitReport", "--data", data.string(), "--no-preview"});
+    EXPECT_EQ(bad.exitCode, 1);
+    EXPECT_NE(bad.err.find("User.Name"), std::string::npos) << bad.err;
+}
+
+} // namespace
+} // namespace qr::test
