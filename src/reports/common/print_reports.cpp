@@ -18,7 +18,8 @@ void exportThrough(page::ExportKind kind, const page::Pages& pages, const std::s
     const auto& state = host::moduleState();
     if (state.vendorPath.empty()) {
         throw Error::component(
-            kModule, "Developer error: Vendor path argument not set for exporting to the proper path.");
+            kModule,
+            "Developer error: Vendor path argument not set for exporting to the proper path.");
     }
     const std::string folder = exportFolder(state.vendorPath, jobName);
     host::hostClasses().createFolderMaker()->makeFolder(folder);
@@ -61,19 +62,22 @@ void exportToExcel(const page::Pages& pages, const std::string& fileName,
     }
 }
 
-void exportToPdf(const page::Pages& pages, const std::string& fileName, const std::string& jobName) {
+void exportToPdf(const page::Pages& pages, const std::string& fileName,
+                 const std::string& jobName) {
     const std::string job = jobOrCurrent(jobName);
     if (job.empty()) {
-        throw Error::component(kModule,
-                               "Job Name argument not set for exporting PDF file to the proper path.");
+        throw Error::component(
+            kModule, "Job Name argument not set for exporting PDF file to the proper path.");
     }
     exportThrough(page::ExportKind::Pdf, pages, fileName, job);
 }
 
 void exportAtReportEnd(const page::Pages& pages, const std::string& jobName, bool spreadsheet,
                        bool pdf, ExportSuffixes suffixes) {
-    if (spreadsheet) exportToExcel(pages, jobName + suffixes.spreadsheet, jobName);
-    if (pdf) exportToPdf(pages, jobName + suffixes.pdf, jobName);
+    if (spreadsheet)
+        exportToExcel(pages, jobName + suffixes.spreadsheet, jobName);
+    if (pdf)
+        exportToPdf(pages, jobName + suffixes.pdf, jobName);
 }
 
 void logReportOutcome(const std::string& reportName, bool preview) {

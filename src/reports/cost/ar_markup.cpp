@@ -226,11 +226,7 @@ engine::ReportDesign design() {
     d.page.printWidth = page::kLetterWidth - 2 * 720;
     d.sections.push_back(markupPageHeader("Markup Report", caption));
     d.sections.push_back(engine::detail("Detail", kDetailHeight, detailControls(caption)));
-    d.sections.push_back(engine::pageFooter("PageFooter", 320,
-                                            {engine::textBox("txtPageNumber", {7800, 60, 3000, 240})
-                                                 .size(kSize)
-                                                 .alignRight()
-                                                 .pageCount()}));
+    d.sections.push_back(pageNumberFooter({7800, 60, 3000, 240}, kSize));
     return d;
 }
 

@@ -95,11 +95,7 @@ engine::ReportDesign design() {
     d.sections.push_back(markupPageHeader("Job Estimate", caption));
     caption.setSize(kSize);
     d.sections.push_back(engine::detail("Detail", kDetailHeight, detailControls(caption)));
-    d.sections.push_back(engine::pageFooter("PageFooter", 320,
-                                            {engine::textBox("txtPageNumber", {7800, 60, 3000, 240})
-                                                 .size(kMarkupFontSize)
-                                                 .alignRight()
-                                                 .pageCount()}));
+    d.sections.push_back(pageNumberFooter({7800, 60, 3000, 240}, kMarkupFontSize));
     return d;
 }
 

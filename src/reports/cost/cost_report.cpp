@@ -96,14 +96,8 @@ void CostReport::openDataSource(const std::string& source) {
     dataControl().refresh();
 }
 
-void CostReport::showReportDateTime() {
-    const Date now = Clock::now();
-    label("RptDate").setCaption(systemFormats().shortDate(now));
-    label("RptTime").setCaption(systemFormats().shortTime(now));
-}
-
 void CostReport::pageFooterFormat() {
-    showPageOfPages(textBox("txtPageNumber"), pageNumber());
+    formatPageNumberFooter(*this);
 }
 
 void CostReport::reportEnd() {

@@ -8,6 +8,8 @@
 #include "platform/core/variant.hpp"
 #include "platform/db/connection.hpp"
 #include "platform/engine/report.hpp"
+#include "reports/common/heading.hpp"
+#include "reports/common/page_footer.hpp"
 #include "reports/common/print_reports.hpp"
 
 #include <map>
@@ -15,6 +17,14 @@
 #include <string_view>
 
 namespace qr::reports::cost {
+
+/// The heading of the summary and labor reports: the firm, its phone and fax, the job.
+inline constexpr HeadingControls kFirmHeading{.firm = "lGlassfirm",
+                                              .user = nullptr,
+                                              .phone = "lPhone",
+                                              .email = nullptr,
+                                              .fax = "lFax",
+                                              .job = "lJobName"};
 
 /// The money pattern of the markup figures and the labor totals ($.00 for zero).
 inline constexpr std::string_view kMoneyFormat = "$###,###,###.00";
@@ -67,9 +77,6 @@ class CostReport : public engine::Report {
     /// Binds the report to `source` on the vendor connection: static cursor, optimistic
     /// locking (the two cursor settings 3), opened at once.
     void openDataSource(const std::string& source);
-
-    /// The report date and time of the page headings.
-    void showReportDateTime();
 
     /// The page-number footer: "Page  n of  m" in txtPageNumber.
     void pageFooterFormat();

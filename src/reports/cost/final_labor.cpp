@@ -5,7 +5,7 @@
 #include "platform/core/error.hpp"
 #include "platform/core/number_format.hpp"
 #include "platform/host/module_state.hpp"
-#include "reports/cost/cost_layout.hpp"
+#include "reports/common/design_helpers.hpp"
 
 #include <array>
 #include <optional>
@@ -166,12 +166,7 @@ engine::ReportDesign laborDesign() {
     d.sections.push_back(reportHeader(caption));
     d.sections.push_back(pageHeader(caption));
     d.sections.push_back(detail());
-    d.sections.push_back(
-        engine::pageFooter("PageFooter", 320,
-                           {engine::textBox("txtPageNumber", {kPrintWidth - 3000, 60, 3000, 240})
-                                .size(9)
-                                .alignRight()
-                                .pageCount()}));
+    d.sections.push_back(pageNumberFooter({kPrintWidth - 3000, 60, 3000, 240}, 9));
     d.sections.push_back(reportFooter(caption));
     return d;
 }
@@ -234,12 +229,9 @@ void FinalLaborAR::reportStart() {
     multiplyOutLaborTable(vendor);
     openDataSource(data::sql::laborRows(state.requestTable, vendor.dialect()));
     readAddedLabor(vendor);
-    showReportDateTime();
-    label("lJobName").setCaption(state.currentJobName);
+    showReportDateTime(*this);
+    showHeading(*this, requestHeading(), kFirmHeading);
     label("lVendor").setCaption(state.vendorName);
-    label("lGlassfirm").setCaption(state.firmName);
-    label("lPhone").setCaption(state.firmPhone);
-    label("lFax").setCaption(state.firmFax);
 }
 
 void FinalLaborAR::multiplyOutLaborTable(db::Connection& vendor) {

@@ -6,7 +6,7 @@
 #include "platform/core/error.hpp"
 #include "platform/core/system_formats.hpp"
 #include "platform/host/module_state.hpp"
-#include "reports/cost/cost_layout.hpp"
+#include "reports/common/design_helpers.hpp"
 
 #include <array>
 
@@ -174,12 +174,9 @@ void FinalSummaryReport::reportStart() {
     const auto& state = host::moduleState();
     db::Connection& vendor = vendorConnection();
     openDataSource(data::sql::framingSystems(state.requestTable, vendor.dialect()));
-    showReportDateTime();
-    label("lJobName").setCaption(state.currentJobName);
+    showReportDateTime(*this);
+    showHeading(*this, requestHeading(), kFirmHeading);
     label("lVendor").setCaption(state.vendorName);
-    label("lGlassfirm").setCaption(state.firmName);
-    label("lPhone").setCaption(state.firmPhone);
-    label("lFax").setCaption(state.firmFax);
 
     auto job = vendor.openRecordset(data::sql::jobRow(state.requestJobId));
     if (!job->eof())
@@ -237,11 +234,9 @@ void FinalSummaryReport::showJobCounts() {
 
 } // namespace cost
 
-FinalSummaryAR::FinalSummaryAR()
-    : FinalSummaryReport("FinalSummaryAR", true, kExportSuffixes) {}
+FinalSummaryAR::FinalSummaryAR() : FinalSummaryReport("FinalSummaryAR", true, kExportSuffixes) {}
 
 FinalSummaryAR2::FinalSummaryAR2()
-    : FinalSummaryReport("FinalSummaryAR2", false, kExportSuffixes) {
-}
+    : FinalSummaryReport("FinalSummaryAR2", false, kExportSuffixes) {}
 
 } // namespace qr::reports

@@ -123,7 +123,7 @@ engine::SectionDesign markupPageHeader(std::string title, CaptionMaker& caption)
 void MarkupReport::showJobAndParties() {
     const auto& state = host::moduleState();
     openDataSource(data::sql::jobRow(state.requestJobId));
-    showReportDateTime();
+    showReportDateTime(*this);
     label("lJobName").setCaption(state.currentJobName);
     label("lVendor").setCaption(state.vendorName);
     showFirm();

@@ -4,7 +4,7 @@
 // computes the bid figures into.
 
 #include "platform/db/recordset.hpp"
-#include "reports/cost/cost_layout.hpp"
+#include "reports/common/design_helpers.hpp"
 #include "reports/cost/cost_report.hpp"
 
 #include <array>

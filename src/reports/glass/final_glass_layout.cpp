@@ -1,6 +1,8 @@
 #include "reports/glass/final_glass_layout.hpp"
 
 #include "platform/core/error.hpp"
+#include "reports/common/heading.hpp"
+#include "reports/common/page_footer.hpp"
 
 #include <algorithm>
 
@@ -60,10 +62,8 @@ const Column& columnNamed(const Layout& layout, const std::string& control) {
 /// Title, date and time, the user's block and the job name on a portrait page: the title and
 /// the user's block on the left, date and time on the right.
 std::vector<ControlDesign> portraitHeading(int width) {
-    return {
+    std::vector<ControlDesign> controls = {
         engine::label("Label1", {0, 0, 7000, 420}, "Job Glass Report").withFont(arial(16, true)),
-        engine::textBox("RptDate", {width - 2400, 0, 2400, 240}).alignRight().size(9),
-        engine::textBox("RptTime", {width - 2400, 240, 2400, 240}).alignRight().size(9),
         engine::label("lUserName", {0, 760, 7000, 240}, "").size(9),
         engine::label("lGlassfirm", {0, 480, 7000, 280}, "").withFont(arial(12, true)),
         engine::label("Label6", {0, 1000, 720, 240}, "Phone:").size(9),
@@ -73,16 +73,17 @@ std::vector<ControlDesign> portraitHeading(int width) {
         engine::label("Label8", {0, 1540, 1200, 280}, "Job  Name:").withFont(arial(10, true)),
         engine::label("lJobName", {1260, 1540, width - 1260, 280}, "").withFont(arial(10, true)),
     };
+    for (auto& c : dateTimeLabels({width - 2400, 0, 2400, 240}, 9))
+        controls.push_back(std::move(c));
+    return controls;
 }
 
 /// The same on a landscape page: the title, date, time and job name on the left, the user's
 /// block at the right; the e-mail comes last.
 std::vector<ControlDesign> landscapeHeading(int width) {
     const int block = width - 4800;
-    return {
+    std::vector<ControlDesign> controls = {
         engine::label("Label1", {0, 0, 8400, 420}, "Job Glass Report").withFont(arial(16, true)),
-        engine::textBox("RptDate", {0, 480, 3000, 240}).size(9),
-        engine::textBox("RptTime", {0, 720, 3000, 240}).size(9),
         engine::label("lUserName", {block, 300, 4800, 240}, "").size(9),
         engine::label("lGlassfirm", {block, 0, 4800, 280}, "").withFont(arial(12, true)),
         engine::label("Label6", {block, 540, 720, 240}, "Phone:").size(9),
@@ -92,6 +93,9 @@ std::vector<ControlDesign> landscapeHeading(int width) {
         engine::label("Label7", {block, 780, 720, 240}, "Email:").size(9),
         engine::label("lEmail", {block + 720, 780, 4080, 240}, "").size(9),
     };
+    for (auto& c : dateTimeLabels({0, 480, 3000, 240}, 9, page::Align::Left))
+        controls.push_back(std::move(c));
+    return controls;
 }
 
 int headingTop(const Layout& layout) {
@@ -215,11 +219,7 @@ SectionDesign typeSubtotals(const Layout& layout, int width) {
 // ---- Page footer and job totals -------------------------------------------------------------
 
 SectionDesign pageFooterOf(int width) {
-    return engine::pageFooter("PageFooter", 320,
-                              {engine::textBox("txtPageNumber", {0, 80, width, 220})
-                                   .pageCount()
-                                   .alignCenter()
-                                   .size(kLineTextSize)});
+    return pageNumberFooter({0, 80, width, 220}, kLineTextSize, page::Align::Center);
 }
 
 /// One row of the totals block: caption, area (or count) and, when given, cost.

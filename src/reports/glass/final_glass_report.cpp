@@ -7,6 +7,7 @@
 #include "platform/core/number_format.hpp"
 #include "platform/core/system_formats.hpp"
 #include "platform/db/connection.hpp"
+#include "reports/common/heading.hpp"
 #include "reports/common/page_footer.hpp"
 
 #include <string_view>
@@ -70,18 +71,8 @@ void FinalGlassReport::openGlassRows() {
 
 void FinalGlassReport::fillHeading() {
     const host::FinalGlassReportData& report = data();
-    label("lUserName").setCaption(report.User.name);
-    label("lGlassfirm").setCaption(report.Company.name);
-    engine::Label& phone = label("lPhone");
-    phone.setCaption(report.User.phone);
-    // Only an empty phone falls back to the firm's; a blank one is the user's choice.
-    if (phone.caption().empty())
-        phone.setCaption(report.Company.phone);
-    label("lEmail").setCaption(report.User.email);
-    label("lJobName").setCaption(report.Job.JobName);
-    const Date now = Clock::now();
-    textBox("RptDate").setText(systemFormats().shortDate(now));
-    textBox("RptTime").setText(systemFormats().shortTime(now));
+    showHeading(*this, headingOf(report), HeadingControls{});
+    showReportDateTime(*this);
 
     label("Label1").setCaption("Job Glass Report");
     const std::string& title = report.ReportTitle;
@@ -214,7 +205,7 @@ void FinalGlassReport::groupFooter1Format() {
 }
 
 void FinalGlassReport::pageFooterFormat() {
-    showPageOfPages(textBox("txtPageNumber"), pageNumber());
+    formatPageNumberFooter(*this);
 }
 
 // ---- Job totals -----------------------------------------------------------------------------

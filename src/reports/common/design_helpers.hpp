@@ -1,12 +1,12 @@
 #pragma once
-// Small helpers for the design tables of the cost reports: static captions numbered the way
-// the designer numbered them (Label1, Label2, ...), and the value boxes the handlers fill.
+// Small helpers for report design tables: static captions numbered the way the designer
+// numbered them (Label1, Label2, ...), and the value boxes the handlers fill.
 
 #include "platform/engine/design/report_design.hpp"
 
 #include <string>
 
-namespace qr::reports::cost {
+namespace qr::reports {
 
 /// Hands out the static captions of one design, named Label1, Label2, ... in the order they
 /// are made, all in one font size.
@@ -36,4 +36,4 @@ engine::ControlDesign figureLabel(std::string name, page::Rect rect, double size
 engine::ControlDesign boundFigure(std::string name, page::Rect rect, double size,
                                   std::string column, std::string format);
 
-} // namespace qr::reports::cost
+} // namespace qr::reports

@@ -1,6 +1,6 @@
-#include "reports/cost/cost_layout.hpp"
+#include "reports/common/design_helpers.hpp"
 
-namespace qr::reports::cost {
+namespace qr::reports {
 
 engine::ControlDesign CaptionMaker::operator()(page::Rect rect, std::string text) {
     return engine::label("Label" + std::to_string(++m_count), rect, std::move(text)).size(m_size);
@@ -32,4 +32,4 @@ engine::ControlDesign boundFigure(std::string name, page::Rect rect, double size
     return box;
 }
 
-} // namespace qr::reports::cost
+} // namespace qr::reports
