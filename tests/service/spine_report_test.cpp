@@ -12,11 +12,10 @@
 #include "support/readers/file_readers.hpp"
 #include "support/temp_dir.hpp"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <gtest/gtest.h>
 
 namespace qr::service {
 namespace {
@@ -24,7 +23,9 @@ namespace {
 using namespace engine;
 
 ReportDesign notesDesign() {
-    return {"NotesSub", "Notes", PageSettings{},
+    return {"NotesSub",
+            "Notes",
+            PageSettings{},
             {detail("Detail", 240, {textBox("txtNote", {0, 0, 6000, 240}, "sNote")})}};
 }
 
@@ -54,28 +55,33 @@ ReportDesign glassListDesign() {
     PageSettings page;
     page.marginLeft = page.marginRight = page.marginTop = page.marginBottom = 720;
     page.printWidth = 10800;
-    return {"SpineGlassList",
-            "Spine Glass List",
-            page,
-            {pageHeader("PageHeader", 300,
-                        {label("lQty", {0, 0, 900, 240}, "Qty").alignRight(),
-                         label("lType", {1200, 0, 2400, 240}, "Type"),
-                         label("lArea", {7000, 0, 1500, 240}, "Area").alignRight()}),
-             groupHeader("TypeHeader", "sGlassType", 300,
-                         {textBox("txtType", {0, 0, 4000, 240}, "sGlassType").bold()}),
-             detail("Detail", 240,
-                    {textBox("txtQty", {0, 0, 900, 240}, "iQuantity").alignRight(),
-                     textBox("txtSize", {1200, 0, 2400, 240}, "sSize"),
-                     textBox("txtArea", {7000, 0, 1500, 240}, "pSqrFt").format("##,###.00").alignRight()}),
-             groupFooter("TypeFooter", "TypeHeader", 300,
-                         {textBox("txtTypeQty", {0, 0, 900, 240}, "iQuantity").sum("TypeHeader").alignRight(),
-                          textBox("txtTypeArea", {7000, 0, 1500, 240}, "pSqrFt")
-                              .sum("TypeHeader").format("###,###.00").alignRight()}),
-             pageFooter("PageFooter", 300,
-                        {textBox("txtPageNumber", {7000, 0, 3000, 240}).pageCount().alignRight()}),
-             reportFooter("ReportFooter", 600,
-                          {textBox("txtAllLites", {0, 0, 900, 240}, "iQuantity").sum().alignRight(),
-                           subReport("Notes", {1200, 300, 8000, 240})})}};
+    return {
+        "SpineGlassList",
+        "Spine Glass List",
+        page,
+        {pageHeader("PageHeader", 300,
+                    {label("lQty", {0, 0, 900, 240}, "Qty").alignRight(),
+                     label("lType", {1200, 0, 2400, 240}, "Type"),
+                     label("lArea", {7000, 0, 1500, 240}, "Area").alignRight()}),
+         groupHeader("TypeHeader", "sGlassType", 300,
+                     {textBox("txtType", {0, 0, 4000, 240}, "sGlassType").bold()}),
+         detail(
+             "Detail", 240,
+             {textBox("txtQty", {0, 0, 900, 240}, "iQuantity").alignRight(),
+              textBox("txtSize", {1200, 0, 2400, 240}, "sSize"),
+              textBox("txtArea", {7000, 0, 1500, 240}, "pSqrFt").format("##,###.00").alignRight()}),
+         groupFooter(
+             "TypeFooter", "TypeHeader", 300,
+             {textBox("txtTypeQty", {0, 0, 900, 240}, "iQuantity").sum("TypeHeader").alignRight(),
+              textBox("txtTypeArea", {7000, 0, 1500, 240}, "pSqrFt")
+                  .sum("TypeHeader")
+                  .format("###,###.00")
+                  .alignRight()}),
+         pageFooter("PageFooter", 300,
+                    {textBox("txtPageNumber", {7000, 0, 3000, 240}).pageCount().alignRight()}),
+         reportFooter("ReportFooter", 600,
+                      {textBox("txtAllLites", {0, 0, 900, 240}, "iQuantity").sum().alignRight(),
+                       subReport("Notes", {1200, 300, 8000, 240})})}};
 }
 
 class SpineGlassList : public Report {
@@ -91,7 +97,8 @@ class SpineGlassList : public Report {
 
   protected:
     void initialize() override {
-        for (const char* name : {"sGlassType", "iQuantity", "sSize", "pSqrFt"}) fields().add(name);
+        for (const char* name : {"sGlassType", "iQuantity", "sSize", "pSqrFt"})
+            fields().add(name);
     }
     void reportStart() override {
         m_row = 0;
@@ -126,7 +133,8 @@ class SpineGlassList : public Report {
 std::string collapseBlanks(const std::string& text) {
     std::string out;
     for (char c : text) {
-        if (c == ' ' && !out.empty() && out.back() == ' ') continue;
+        if (c == ' ' && !out.empty() && out.back() == ' ')
+            continue;
         out += c;
     }
     return out;
@@ -208,11 +216,13 @@ TEST_F(Spine, ExportMessagesNameWhatIsMissing) {
     };
     const std::string v = (dir / "vendor").string();
     const Case cases[] = {
-        {v, "", "", "Issue exporting report to excel: Developer error: Job Name argument not set "
-                    "for exporting excel file to the proper path.",
+        {v, "", "",
+         "Issue exporting report to excel: Developer error: Job Name argument not set "
+         "for exporting excel file to the proper path.",
          "Job Name argument not set for exporting PDF file to the proper path."},
-        {"", "Job", "", "Issue exporting report to excel: Developer error: Vendor path argument "
-                        "not set for exporting to the proper path.",
+        {"", "Job", "",
+         "Issue exporting report to excel: Developer error: Vendor path argument "
+         "not set for exporting to the proper path.",
          "Developer error: Vendor path argument not set for exporting to the proper path."},
     };
     for (const auto& c : cases) {
@@ -225,7 +235,8 @@ TEST_F(Spine, ExportMessagesNameWhatIsMissing) {
         reports::exportToExcel(pages, c.jobName + "-X.xls", c.jobName);
         ASSERT_EQ(recording.messages->shown.size(), 1u);
         EXPECT_EQ(recording.messages->shown[0].text,
-                  "Description: " + c.excelMessage + "\r\nModule: PrintReports\r\nFunction: ExportToExcel");
+                  "Description: " + c.excelMessage +
+                      "\r\nModule: PrintReports\r\nFunction: ExportToExcel");
         try {
             reports::exportToPdf(pages, c.jobName + "-X.pdf", c.jobName);
             ADD_FAILURE() << "PDF export without " << (c.jobName.empty() ? "job" : "vendor path");
@@ -246,6 +257,59 @@ TEST_F(Spine, AnEmptyJobNameExportsIntoTheCurrentRequestsJobFolder) {
     const auto folder = dir / "vendor" / "Jobs" / "Clinic" / "Reports";
     EXPECT_TRUE(std::filesystem::exists(folder / "-Markup.xls"));
     EXPECT_TRUE(std::filesystem::exists(folder / "-Markup.pdf"));
+}
+
+TEST_F(Spine, HostileJobNamesNeverWriteOutsideTheJobsReportsFolder) {
+    struct Case {
+        const char* jobName;
+        const char* folder; // the job's folder under Jobs/, "" when the export is refused
+    };
+    const Case cases[] = {
+        {"../../../../escaped", "..-..-..-..-escaped"},
+        {"Smith/Jones Remodel", "Smith-Jones Remodel"},
+        {"C:\\Windows\\System32", "C--Windows-System32"},
+        {"What? <Phase 2> \"A|B\" *", "What- -Phase 2- -A-B- -"},
+        {"Line\nbreak\ttab", "Line-break-tab"},
+        {"..", ""},
+        {".", ""},
+        {"   ", ""},
+        {"/", ""},
+    };
+    auto& state = host::moduleState();
+    const auto vendor = dir / "hostile" / "vendor";
+    state.vendorPath = vendor.string();
+    page::Pages pages;
+    pages.pages.emplace_back();
+    for (const auto& c : cases) {
+        std::filesystem::remove_all(dir / "hostile");
+        std::filesystem::create_directories(vendor);
+        recording.messages->shown.clear();
+        const std::string job = c.jobName;
+        bool refused = false;
+        try {
+            reports::exportAtReportEnd(pages, job, true, true, {"-Glass.xls", "-Glass.pdf"});
+        } catch (const Error& e) {
+            refused = true;
+            EXPECT_NE(e.description().find("gives no folder name"), std::string::npos) << job;
+        }
+        // Everything written lies under vendor/Jobs/<folder>/Reports.
+        std::vector<std::string> written;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(dir / "hostile"))
+            if (entry.is_regular_file())
+                written.push_back(std::filesystem::relative(entry.path(), vendor).string());
+        if (*c.folder == 0) {
+            EXPECT_TRUE(refused) << job;
+            EXPECT_TRUE(written.empty()) << job;
+            ASSERT_EQ(recording.messages->shown.size(), 1u) << job;
+            continue;
+        }
+        const std::string reports = std::string("Jobs/") + c.folder + "/Reports/" + c.folder;
+        EXPECT_FALSE(refused) << job;
+        EXPECT_EQ(written.size(), 2u) << job;
+        for (const auto& file : written)
+            EXPECT_TRUE(file == reports + "-Glass.xls" || file == reports + "-Glass.pdf")
+                << job << " wrote " << file;
+    }
 }
 
 TEST(ExportFolder, JoinsWithoutNormalising) {

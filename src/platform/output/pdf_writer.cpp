@@ -1,10 +1,13 @@
 #include "platform/output/pdf_writer.hpp"
 
+#include "platform/core/date.hpp"
 #include "platform/core/error.hpp"
+#include "platform/core/system_formats.hpp"
 #include "platform/output/cairo_renderer.hpp"
 #include "platform/output/output_error.hpp"
 
 #include <cairo-pdf.h>
+#include <cstdio>
 #include <mutex>
 
 #ifdef __GLIBC__
@@ -37,6 +40,15 @@ void keepHeapPadForPages() {
 #endif
 }
 
+// "YYYY-MM-DDThh:mm:ss", the ISO 8601 form cairo turns into the PDF date.
+std::string pdfDate(Date date) {
+    const Date::Parts p = date.parts();
+    char text[32];
+    std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d", p.year, p.month, p.day,
+                  p.hour, p.minute, p.second);
+    return text;
+}
+
 class PdfExportFilter final : public page::ExportFilter {
   public:
     void setFileName(const std::string& fileName) override { m_fileName = fileName; }
@@ -66,6 +78,11 @@ PdfWriter::PdfWriter(const std::filesystem::path& target, const std::string& tit
                                        repairUtf8(title).c_str());
     }
     cairo_pdf_surface_set_metadata(m_surface, CAIRO_PDF_METADATA_CREATOR, "QuarvexReports");
+    // The document's dates come from the report clock, not the wall clock, so the same report
+    // under the same SOURCE_DATE_EPOCH gives the same bytes.
+    const std::string created = pdfDate(Clock::now());
+    cairo_pdf_surface_set_metadata(m_surface, CAIRO_PDF_METADATA_CREATE_DATE, created.c_str());
+    cairo_pdf_surface_set_metadata(m_surface, CAIRO_PDF_METADATA_MOD_DATE, created.c_str());
     // User space in twips: page items are drawn with their own coordinates.
     cairo_scale(m_cr, kPointsPerTwip, kPointsPerTwip);
 }

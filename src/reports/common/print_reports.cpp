@@ -1,6 +1,7 @@
 #include "reports/common/print_reports.hpp"
 
 #include "platform/core/error.hpp"
+#include "platform/core/text.hpp"
 #include "platform/engine/page/export_filter.hpp"
 #include "platform/host/error_log.hpp"
 #include "platform/host/module_state.hpp"
@@ -24,7 +25,7 @@ void exportThrough(page::ExportKind kind, const page::Pages& pages, const std::s
     const std::string folder = exportFolder(state.vendorPath, jobName);
     host::hostClasses().createFolderMaker()->makeFolder(folder);
     auto filter = page::createExportFilter(kind);
-    filter->setFileName(folder + fileName);
+    filter->setFileName(folder + safeFileName(fileName));
     filter->exportPages(pages);
     host::hostClasses().createPathHelper()->afterExport(folder, false);
 }
@@ -35,12 +36,30 @@ std::string jobOrCurrent(const std::string& jobName) {
 
 } // namespace
 
+std::string safeFileName(std::string_view name) {
+    std::string safe(name);
+    for (char& c : safe) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x20 || byte == 0x7f ||
+            std::string_view(R"(/\:*?"<>|)").find(c) != std::string_view::npos)
+            c = '-';
+    }
+    if (safe == "." || safe == "..")
+        safe.assign(safe.size(), '-');
+    return safe;
+}
+
 std::string exportFolder(const std::string& vendorPath, const std::string& jobName) {
+    const std::string jobFolder = safeFileName(jobName);
+    if (isBlank(jobFolder, " .-")) {
+        throw Error::component(kModule, "The job name \"" + jobName +
+                                            "\" gives no folder name to export the report into.");
+    }
     std::string folder = vendorPath;
     folder += kPathSeparator;
     folder += "Jobs";
     folder += kPathSeparator;
-    folder += jobName;
+    folder += jobFolder;
     folder += kPathSeparator;
     folder += "Reports";
     folder += kPathSeparator;

@@ -1,12 +1,15 @@
 #pragma once
 // Exports of finished pages into the job's folder, and the usage event after each request.
 // The folder of a job J under the vendor folder V is V, "Jobs", J, "Reports" joined by the
-// platform's separator (with a separator at the end); nothing is normalised, so a V that ends
-// in a separator gives a doubled one.
+// platform's separator (with a separator at the end); V is not normalised, so a V that ends
+// in a separator gives a doubled one. J is typed by estimators ("Smith/Jones Remodel"), so in
+// the folder and the file name it is made safe first: nothing is ever written outside
+// V/Jobs/<job folder>/Reports/.
 
 #include "platform/engine/page/page.hpp"
 
 #include <string>
+#include <string_view>
 
 namespace qr::reports {
 
@@ -16,7 +19,13 @@ inline constexpr char kPathSeparator = '\\';
 inline constexpr char kPathSeparator = '/';
 #endif
 
-/// V + sep + "Jobs" + sep + J + sep + "Reports" + sep.
+/// `name` as one file or folder name: each character that cannot stand in a file name on
+/// Windows or Linux (/ \ : * ? " < > | and control characters) becomes "-", and "." or ".."
+/// become "-" or "--". Everything else, spaces included, stays.
+std::string safeFileName(std::string_view name);
+
+/// V + sep + "Jobs" + sep + safeFileName(J) + sep + "Reports" + sep. Raises error 999 when the
+/// job's folder name would be nothing but blanks, dots and dashes.
 std::string exportFolder(const std::string& vendorPath, const std::string& jobName);
 
 /// Writes the pages as a workbook to the job's folder. Traps every error: it shows

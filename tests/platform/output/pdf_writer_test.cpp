@@ -1,11 +1,14 @@
 #include "output_test_support.hpp"
 #include "platform/core/error.hpp"
+#include "platform/core/system_formats.hpp"
 #include "platform/output/pdf_writer.hpp"
 #include "support/temp_dir.hpp"
 
+#include <chrono>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <poppler-font.h>
+#include <thread>
 
 namespace qr::output {
 namespace {
@@ -234,6 +237,34 @@ TEST(PdfExportFilter, WritesToTheFileNameItWasGiven) {
     auto doc = openPdf(dir / "J-Markup.pdf");
     ASSERT_TRUE(doc);
     EXPECT_EQ(doc->pages(), 1);
+}
+
+} // namespace
+} // namespace qr::output
+
+namespace qr::output {
+namespace {
+
+std::string fileBytes(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+TEST(WritePdf, TheSameReportAtTheSameClockGivesTheSameBytes) {
+    test::TempDir dir;
+    Clock::pin(Date::fromParts(2026, 3, 14, 9, 26, 53));
+    writePdf(glassList().pages(), dir / "first.pdf");
+    // A second later on the wall clock, the same report clock.
+    std::this_thread::sleep_for(std::chrono::milliseconds(1100));
+    writePdf(glassList().pages(), dir / "second.pdf");
+    Clock::pin(Date::fromParts(2027, 1, 2));
+    writePdf(glassList().pages(), dir / "later.pdf");
+    Clock::unpin();
+
+    EXPECT_EQ(fileBytes(dir / "first.pdf"), fileBytes(dir / "second.pdf"));
+    EXPECT_NE(fileBytes(dir / "first.pdf"), fileBytes(dir / "later.pdf"));
+    EXPECT_NE(fileBytes(dir / "first.pdf").find("/CreationDate (20260314092653)"),
+              std::string::npos);
 }
 
 } // namespace
