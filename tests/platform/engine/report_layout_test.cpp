@@ -5,6 +5,13 @@
 
 #include <gtest/gtest.h>
 
+namespace qr::page {
+void PrintTo(const CutText& c, std::ostream* os) {
+    *os << "{page " << c.page << ", " << c.section << "/" << c.control << ", \"" << c.text
+        << "\" printed \"" << c.printed << "\"" << (c.clipped ? ", clipped" : "") << "}";
+}
+} // namespace qr::page
+
 namespace qr::engine::test {
 namespace {
 
@@ -75,6 +82,33 @@ TEST(ReportLayout, TextThatMayNotGrowIsClippedToItsBox) {
     EXPECT_EQ(runTexts("RightEnd"), (std::vector<std::string>{"b ccc"}));
     // The item keeps the whole text for outputs that show cells.
     EXPECT_EQ(textsOf(page, "OneLine")[0].text, "aaa bbb ccc");
+}
+
+TEST(ReportLayout, EveryTextCutToItsBoxIsListedWithItsPage) {
+    ReportDesign d = designOf(
+        "Cuts",
+        {detail("Detail", 480,
+                {textBox("Wrapped", {0, 0, 500, 480}, "t"),
+                 textBox("OneLine", {1000, 0, 500, 240}, "t").noWrap(),
+                 textBox("RightEnd", {2000, 0, 500, 240}, "t").noWrap().alignRight().clipped(),
+                 textBox("Grown", {3000, 0, 500, 240}, "t").grow(),
+                 label("Late", {4000, 0, 300, 240}, "too long").noWrap()}),
+         pageFooter("PageFooter", 240, {textBox("Folio", {0, 0, 50, 240}).pageNumber().noWrap()})});
+    ListReport report(std::move(d), {"t"}, {V{"aaa bbb ccc"}, V{"a"}});
+    // The label's design text is cut, but the first line replaces it with one that fits; the
+    // second with one that does not.
+    int row = 0;
+    report.onBeforePrint("Detail",
+                         [&] { report.label("Late").setCaption(++row == 1 ? "ok" : "later"); });
+    report.run();
+    const std::vector<page::CutText> expected = {
+        {1, "Wrapped", "Detail", "aaa bbb ccc", "aaa\nbbb", false},
+        {1, "OneLine", "Detail", "aaa bbb ccc", "aaa b", false},
+        {1, "RightEnd", "Detail", "aaa bbb ccc", "b ccc", true},
+        {1, "Late", "Detail", "later", "lat", false},
+        {1, "Folio", "PageFooter", "1", "", false},
+    };
+    EXPECT_EQ(report.pages().cutTexts, expected);
 }
 
 TEST(ReportLayout, TextsChangedInBeforePrintAreLaidOutInTheirBoxes) {

@@ -420,6 +420,10 @@ void Filler::emit(Band& band, int dx, int dy) {
             d.item += static_cast<int>(base);
             m_strip->deferred.push_back(std::move(d));
         }
+        for (CutMark& m : band.cuts) {
+            m.item += static_cast<int>(base);
+            m_strip->cuts.push_back(std::move(m));
+        }
         band.clear();
         return;
     }
@@ -430,18 +434,31 @@ void Filler::emit(Band& band, int dx, int dy) {
     for (DeferredText& d : band.deferred) {
         if (d.kind == SummaryKind::PageNumber) {
             auto& item = std::get<page::TextItem>(band.items[static_cast<size_t>(d.item)]);
-            m_builder.resolve(item, pageNumberText(m_pageNumber, d.pattern), d.wrap);
+            if (m_builder.resolve(item, pageNumberText(m_pageNumber, d.pattern), d.wrap))
+                recordCut(m_pageNumber, item, item.text, d.clipped);
             item.numericValue = m_pageNumber;
             item.format = d.pattern;
         } else {
             m_pageCounts.push_back(PendingCount{m_pages->pages.size() - 1,
                                                 base + static_cast<size_t>(d.item),
-                                                std::move(d.pattern), d.wrap});
+                                                std::move(d.pattern), d.wrap, d.clipped});
         }
+    }
+    for (const CutMark& m : band.cuts) {
+        const auto& item = std::get<page::TextItem>(band.items[static_cast<size_t>(m.item)]);
+        m_pages->cutTexts.push_back(page::CutText{static_cast<int>(m_pages->pages.size()),
+                                                  item.control, item.section, m.text, m.printed,
+                                                  m.clipped});
     }
     for (const page::Item& item : band.items)
         target.push_back(item);
     band.clear();
+}
+
+void Filler::recordCut(int pageNumber, const page::TextItem& item, const std::string& text,
+                       bool clipped) {
+    m_pages->cutTexts.push_back(page::CutText{pageNumber, item.control, item.section, text,
+                                              BandBuilder::printedText(item), clipped});
 }
 
 // ---- Pages ----------------------------------------------------------------------------------
@@ -525,7 +542,8 @@ void Filler::resolvePageCounts() {
         page::ItemList& items = m_pages->pages[pending.page].items;
         items.decodeInto(pending.item, scratch);
         auto& item = std::get<page::TextItem>(scratch);
-        m_builder.resolve(item, pageNumberText(total, pending.pattern), pending.wrap);
+        if (m_builder.resolve(item, pageNumberText(total, pending.pattern), pending.wrap))
+            recordCut(static_cast<int>(pending.page) + 1, item, item.text, pending.clipped);
         item.numericValue = total;
         item.format = pending.pattern;
         items.set(pending.item, scratch);

@@ -48,6 +48,7 @@ class Filler {
         size_t item = 0;
         std::string pattern;
         bool wrap = false;
+        bool clipped = false;
     };
 
     void run();
@@ -69,6 +70,9 @@ class Filler {
     void placeFlow(Section& section, Band& band);
     void placeColumns(Section& section, Band& band);
     void emit(Band& band, int dx, int dy);
+    /// List a text cut to its box on page `pageNumber`.
+    void recordCut(int pageNumber, const page::TextItem& item, const std::string& text,
+                   bool clipped);
     std::string pageNumberText(int number, const std::string& pattern) const;
 
     void checkPageRoom() const;
