@@ -212,22 +212,26 @@ int BandBuilder::addSubReport(SubReport& box, const Section&, Band& band) {
         return 0;
     m_strip.clear();
     m_runSubReport(box, m_strip);
-    const int base = static_cast<int>(band.items.size());
-    for (page::Item& item : m_strip.items) {
-        offset(item, box.left(), box.top());
-        band.items.push_back(std::move(item));
-    }
-    for (DeferredText& d : m_strip.deferred) {
-        d.item += base;
-        band.deferred.push_back(std::move(d));
-    }
-    for (CutMark& m : m_strip.cuts) {
-        m.item += base;
-        band.cuts.push_back(std::move(m));
-    }
     const int growth = std::max(0, m_strip.height - box.height());
-    m_strip.clear();
+    append(m_strip, box.left(), box.top(), band);
     return growth;
+}
+
+void BandBuilder::append(Band& from, int dx, int dy, Band& to) {
+    const int base = static_cast<int>(to.items.size());
+    for (page::Item& item : from.items) {
+        offset(item, dx, dy);
+        to.items.push_back(std::move(item));
+    }
+    for (DeferredText& d : from.deferred) {
+        d.item += base;
+        to.deferred.push_back(std::move(d));
+    }
+    for (CutMark& m : from.cuts) {
+        m.item += base;
+        to.cuts.push_back(std::move(m));
+    }
+    from.clear();
 }
 
 void BandBuilder::pushDown(std::vector<Placed>& placed, Band& band, int designHeight) {
@@ -316,7 +320,14 @@ void BandBuilder::itemAtoms(const page::Item& item, std::vector<Atom>& out) {
         for (const page::TextRun& run : t->runs)
             out.push_back({run.baseline - m.ascent, run.baseline + m.descent});
     } else if (const auto* l = std::get_if<page::LineItem>(&item)) {
-        out.push_back({std::min(l->y1, l->y2), std::max(l->y1, l->y2)});
+        if (l->y1 == l->y2) {
+            // A rule is as thick as it is drawn, so a cut passes either above or below it.
+            const int above = std::max(1, l->thickness) / 2;
+            const int below = std::max(1, l->thickness - above);
+            out.push_back({l->y1 - above, l->y1 + below, true});
+        } else {
+            out.push_back({std::min(l->y1, l->y2), std::max(l->y1, l->y2)});
+        }
     } else if (const auto* r = std::get_if<page::RectItem>(&item)) {
         out.push_back({r->box.y, r->box.y + r->box.height});
     } else if (const auto* c = std::get_if<page::CheckBoxItem>(&item)) {

@@ -39,6 +39,9 @@ class BandBuilder {
 
     /// Move an item by (dx, dy).
     static void offset(page::Item& item, int dx, int dy);
+    /// Move the items of `from` (with what waits on them) to the end of `to`, shifted by
+    /// (dx, dy); `from` is left empty.
+    static void append(Band& from, int dx, int dy, Band& to);
 
   private:
     struct Placed {
