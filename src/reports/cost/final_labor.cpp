@@ -7,6 +7,7 @@
 #include "platform/host/module_state.hpp"
 #include "reports/common/design_helpers.hpp"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -36,22 +37,27 @@ struct LaborColumn {
     int headingLines; // the heading wraps to two lines in its width
 };
 
+// The figure columns are as wide as a figure of a large job needs at 8 points ("$1,234,567.89"
+// and "12,345.00" with room to spare); the elevation name takes the rest of the landscape line,
+// room for about 35 characters, so names like "I1 Interior Reception Storefront" print whole.
+constexpr int kHoursWidth = 720;
+constexpr int kMoneyWidth = 1000;
 constexpr std::array<LaborColumn, 15> kColumns{{
     {"Elevation", "Field1", nullptr, "sElevName", "", 0, 1}, // takes the width left over
     {"Qty", "Field2", "Field20", "iQuantity", "#,##0", 520, 1},
-    {"Fab Hours", "Field23", "Field24", "pFabHours", kHours, 790, 2},
-    {"Frame Fab", "Field4", "Field19", "pFabTot", kMoney, 1100, 1},
-    {"Ent Fab Hours", "Field29", "Field30", "pEntFabHours", kHours, 790, 2},
-    {"Ent Fab", "Field33", "Field36", "pEntFabTot", kMoney, 1100, 1},
-    {"Misc Hours", "Field27", "Field28", "pMiscHours", kHours, 790, 2},
-    {"Misc", "Field6", "Field17", "pMiscTot", kMoney, 1100, 1},
-    {"Install Hours", "Field25", "Field26", "pInstallHours", kHours, 790, 2},
-    {"Frame Install", "Field5", "Field18", "pInstallTot", kMoney, 1100, 1},
-    {"Entr Hours", "Field34", "Field35", "pEntInstallHours", kHours, 790, 2},
-    {"Entrance Install", "Field7", "Field16", "pEntInstallTot", kMoney, 1100, 2},
-    {"Glaze Hours", "Field31", "Field32", "pGlazHours", kHours, 790, 2},
-    {"Glazing", "Field8", "Field15", "pGlazTot", kMoney, 1100, 1},
-    {"Totals", "Field10", "Field14", "pElevTot", kMoney, 1260, 1},
+    {"Fab Hours", "Field23", "Field24", "pFabHours", kHours, kHoursWidth, 2},
+    {"Frame Fab", "Field4", "Field19", "pFabTot", kMoney, kMoneyWidth, 1},
+    {"Ent Fab Hours", "Field29", "Field30", "pEntFabHours", kHours, kHoursWidth, 2},
+    {"Ent Fab", "Field33", "Field36", "pEntFabTot", kMoney, kMoneyWidth, 1},
+    {"Misc Hours", "Field27", "Field28", "pMiscHours", kHours, kHoursWidth, 2},
+    {"Misc", "Field6", "Field17", "pMiscTot", kMoney, kMoneyWidth, 1},
+    {"Install Hours", "Field25", "Field26", "pInstallHours", kHours, kHoursWidth, 2},
+    {"Frame Install", "Field5", "Field18", "pInstallTot", kMoney, kMoneyWidth, 2},
+    {"Entr Hours", "Field34", "Field35", "pEntInstallHours", kHours, kHoursWidth, 2},
+    {"Entrance Install", "Field7", "Field16", "pEntInstallTot", kMoney, kMoneyWidth, 2},
+    {"Glaze Hours", "Field31", "Field32", "pGlazHours", kHours, kHoursWidth, 2},
+    {"Glazing", "Field8", "Field15", "pGlazTot", kMoney, kMoneyWidth, 1},
+    {"Totals", "Field10", "Field14", "pElevTot", kMoney, 1200, 1},
 }};
 
 struct Span {
@@ -81,37 +87,48 @@ constexpr std::array<const char*, 12> kLaborFigures{
 constexpr std::array<const char*, 6> kLaborDollars{"pfabtot",    "pinstalltot",    "pmisctot",
                                                    "pentfabtot", "pentinstalltot", "pglaztot"};
 
-engine::SectionDesign reportHeader(CaptionMaker& caption) {
-    const int right = 10240; // the firm block
-    return engine::reportHeader(
-        "ReportHeader", 1120,
-        {caption.bold({0, 0, 6000, 420}, "Final Labor Report").size(16),
-         textLabel("RptDate", {kPrintWidth - 2400, 0, 2400, 220}, 9).alignRight(),
-         textLabel("RptTime", {kPrintWidth - 2400, 220, 2400, 220}, 9).alignRight(),
-         caption({0, 540, 1100, 220}, "Job  Name:").size(9),
-         textLabel("lJobName", {1150, 540, 6000, 220}, 9).bold(),
-         caption({0, 760, 1100, 220}, "Vendor:").size(9),
-         textLabel("lVendor", {1150, 760, 6000, 220}, 9),
-         textLabel("lGlassfirm", {right, 540, kPrintWidth - right, 220}, 9).bold(),
-         caption({right, 760, 700, 220}, "Phone:").size(9),
-         textLabel("lPhone", {right + 750, 760, 2000, 220}, 9),
-         caption({right + 2800, 760, 500, 220}, "Fax:").size(9),
-         textLabel("lFax", {right + 3300, 760, kPrintWidth - right - 3300, 220}, 9)});
-}
-
-// The column headings repeat on every page, so a long job reads the same on each.
-engine::SectionDesign pageHeader(CaptionMaker& caption) {
+// The column headings stand on the rule under them: a one-line heading starts a line lower. A
+// two-line heading stands right-aligned in a box narrower than a money column, so it breaks
+// into its two words even where the column could hold them side by side.
+void addColumnHeadings(CaptionMaker& caption, int top, std::vector<ControlDesign>& controls) {
+    constexpr int kTwoLineWidth = 800;
     const auto spans = columnSpans();
-    std::vector<ControlDesign> controls;
     for (std::size_t i = 0; i < kColumns.size(); ++i) {
-        // Headings stand on the rule: a one-line heading starts a line lower.
-        const int top = kColumns[i].headingLines == 2 ? 40 : 230;
-        auto heading =
-            caption.bold({spans[i].x, top, spans[i].width, 420 - top}, kColumns[i].heading);
+        const bool twoLines = kColumns[i].headingLines == 2;
+        const int y = top + (twoLines ? 40 : 230);
+        const int width = twoLines ? std::min(spans[i].width, kTwoLineWidth) : spans[i].width;
+        auto heading = caption.bold({spans[i].x + spans[i].width - width, y, width, top + 420 - y},
+                                    kColumns[i].heading);
         controls.push_back(i == 0 ? heading : heading.alignRight());
     }
-    controls.push_back(engine::line("Line1", 0, 450, kPrintWidth, 450));
-    return engine::pageHeader("PageHeader", 500, std::move(controls));
+    controls.push_back(engine::line("Line1", 0, top + 450, kPrintWidth, top + 450));
+}
+
+engine::SectionDesign reportHeader(CaptionMaker& caption) {
+    const int right = 10240; // the firm block
+    constexpr int kHeadingsTop = 1040;
+    std::vector<ControlDesign> controls{
+        caption.bold({0, 0, 6000, 420}, "Final Labor Report").size(16),
+        textLabel("RptDate", {kPrintWidth - 2400, 0, 2400, 220}, 9).alignRight(),
+        textLabel("RptTime", {kPrintWidth - 2400, 220, 2400, 220}, 9).alignRight(),
+        caption({0, 540, 1100, 220}, "Job  Name:").size(9),
+        textLabel("lJobName", {1150, 540, 6000, 220}, 9).bold(),
+        caption({0, 760, 1100, 220}, "Vendor:").size(9),
+        textLabel("lVendor", {1150, 760, 6000, 220}, 9),
+        textLabel("lGlassfirm", {right, 540, kPrintWidth - right, 220}, 9).bold(),
+        caption({right, 760, 700, 220}, "Phone:").size(9),
+        textLabel("lPhone", {right + 750, 760, 2000, 220}, 9),
+        caption({right + 2800, 760, 500, 220}, "Fax:").size(9),
+        textLabel("lFax", {right + 3300, 760, kPrintWidth - right - 3300, 220}, 9)};
+    addColumnHeadings(caption, kHeadingsTop, controls);
+    return engine::reportHeader("ReportHeader", kHeadingsTop + 500, std::move(controls));
+}
+
+// Every page opens with the caption of the totals column.
+engine::SectionDesign pageHeader(CaptionMaker& caption) {
+    const Span totals = columnSpans().back();
+    return engine::pageHeader(
+        "PageHeader", 240, {caption.bold({totals.x, 20, totals.width, 200}, "Total").alignRight()});
 }
 
 engine::SectionDesign detail() {
@@ -143,11 +160,18 @@ engine::SectionDesign reportFooter(CaptionMaker& caption) {
     }
     const int captionX = totals.x - 2600;
     controls.push_back(caption.right({captionX, 420, 2550, 220}, "Added Job Labor:").size(9));
-    controls.push_back(figureLabel("Field21", {totals.x, 420, totals.width, 220}, 9, ""));
+    // The added labor and the job's grand total: unbound boxes whose text the footer sets.
+    controls.push_back(engine::textBox("Field21", {totals.x, 420, totals.width, 220})
+                           .format(std::string(kMoney))
+                           .size(9)
+                           .alignRight());
     controls.push_back(
         caption.right({captionX, 700, 2550, 260}, "Job Grand Total:").size(10).bold());
-    controls.push_back(
-        figureLabel("Field22", {totals.x - 300, 700, totals.width + 300, 260}, 10, "").bold());
+    controls.push_back(engine::textBox("Field22", {totals.x - 300, 700, totals.width + 300, 260})
+                           .format(std::string(kMoney))
+                           .size(10)
+                           .bold()
+                           .alignRight());
     // The added items at the left, beside the job's totals.
     controls.push_back(engine::line("Line5", 0, 400, 8400, 400));
     controls.push_back(engine::subReport("SubReport1", {0, 460, 8400, 200}));
@@ -189,6 +213,7 @@ engine::ReportDesign subDesign() {
                        {engine::textBox("ItemName", {0, 10, 4600, 200}, "sItemName").size(size),
                         boundFigure("MiscHours", {4700, 10, 1500, 200}, size, "pHours", kHours),
                         boundFigure("FixedAmount", {6300, 10, 1800, 200}, size, "cRate", kHours)}));
+    d.sections.push_back(engine::reportFooter("ReportFooter", 0, {}));
     return d;
 }
 
@@ -302,8 +327,8 @@ void FinalLaborAR::reportFooterBeforePrint() {
     const float hoursAtRate = m_addedHours * m_miscRate;
     const double addedLabor = static_cast<double>(hoursAtRate) + m_addedFixedAmount;
     m_grandTotal = static_cast<float>(static_cast<double>(m_grandTotal) + addedLabor);
-    label("Field21").setCaption(moneyText(addedLabor, kShortMoneyFormat));
-    label("Field22").setCaption(moneyText(m_grandTotal, kShortMoneyFormat));
+    textBox("Field21").setText(moneyText(addedLabor, kShortMoneyFormat));
+    textBox("Field22").setText(moneyText(m_grandTotal, kShortMoneyFormat));
 }
 
 } // namespace qr::reports

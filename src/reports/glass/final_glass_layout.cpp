@@ -131,6 +131,18 @@ SectionDesign reportHeaderOf(const Layout& layout, int width) {
                                 std::move(controls));
 }
 
+/// The caption over the line's last column at the top of every page, so a page that opens in
+/// the middle of the list still says which column totals.
+SectionDesign pageHeaderOf(const Layout& layout) {
+    if (layout.columns.empty())
+        columnNamed(layout, "Field1"); // refuses the layout
+    const Column& last = layout.columns.back();
+    return engine::pageHeader("PageHeader", 200,
+                              {engine::label("Label15", {last.x, 0, last.width, 200}, "Total")
+                                   .alignRight()
+                                   .withFont(arial(kLineTextSize, true))});
+}
+
 // ---- Groups and line ------------------------------------------------------------------------
 
 std::vector<SectionDesign> groupHeaders(const Layout& layout, int width) {
@@ -308,16 +320,7 @@ engine::ReportDesign buildDesign(const Layout& layout) {
     design.page.marginRight = design.page.marginBottom = kMargin;
     design.page.printWidth = width;
 
-    // The page header's lone caption is kept from the original layout but not shown: printed
-    // at the top of every page it reads as a stray word.
-    std::vector<SectionDesign> sections{
-        reportHeaderOf(layout, width),
-        engine::pageHeader("PageHeader", 200,
-                           {engine::label("Label15", {width - 1200, 0, 1200, 200}, "Total")
-                                .alignRight()
-                                .size(kLineTextSize)
-                                .hidden()}),
-    };
+    std::vector<SectionDesign> sections{reportHeaderOf(layout, width), pageHeaderOf(layout)};
     for (SectionDesign& header : groupHeaders(layout, width))
         sections.push_back(std::move(header));
     sections.push_back(detailOf(layout));

@@ -63,6 +63,18 @@ TEST(Paginator, DecidesWhereABandGoes) {
          false,
          {{0, 6000}},
          {Action::Split, 4000}},
+        {"a rule is not cut from the figures under it: they move together",
+         3900,
+         340,
+         false,
+         {{23, 38, true}, {70, 290}},
+         {Action::NewPage, 0}},
+        {"on an empty page, nothing above the only cut: cut at the bottom",
+         0,
+         6000,
+         false,
+         {{23, 38, true}, {70, 5990}},
+         {Action::Split, 4000}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
@@ -70,6 +82,56 @@ TEST(Paginator, DecidesWhereABandGoes) {
         p.beginPage(1000, 5000);
         p.advance(c.used);
         EXPECT_EQ(p.decide(c.height, c.keepTogether, c.atoms), c.expected);
+    }
+}
+
+TEST(Paginator, AGroupFooterTakesTheBandsHeldAboveItAlong) {
+    // The body runs from 1000 to 5000. `carry` is what stands held above the footer: the
+    // group's last line and the footers already under it.
+    struct Case {
+        const char* what;
+        int used;
+        int height;
+        std::vector<Atom> atoms;
+        int carry;
+        Paginator::Decision expected;
+    };
+    const std::vector<Atom> subtotal{{23, 38, true}, {70, 290}};
+    const std::vector<Case> cases = {
+        {"fits under the held line: placed", 3000, 340, subtotal, 240, {Action::Place, 0}},
+        {"does not fit: the held line goes along",
+         3900,
+         340,
+         subtotal,
+         240,
+         {Action::CarryOver, 0}},
+        {"only blank space would hang over: carried all the same",
+         3700,
+         340,
+         {{0, 240}},
+         240,
+         {Action::CarryOver, 0}},
+        {"could be cut, but is carried whole", 3500, 720, lines(3), 240, {Action::CarryOver, 0}},
+        {"the held lines are all the page holds: cut as alone",
+         240,
+         3900,
+         {{0, 240}, {3660, 3900}},
+         240,
+         {Action::Split, 3660}},
+        {"held lines and footer would not fit a page: moved as alone",
+         3000,
+         3500,
+         lines(2, 1750),
+         1000,
+         {Action::NewPage, 0}},
+        {"nothing held: moves alone", 3900, 340, subtotal, 0, {Action::NewPage, 0}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        Paginator p;
+        p.beginPage(1000, 5000);
+        p.advance(c.used);
+        EXPECT_EQ(p.decide(c.height, false, c.atoms, c.carry), c.expected);
     }
 }
 
@@ -87,6 +149,10 @@ TEST(Paginator, FindsTheLowestCutThatSplitsNothing) {
         {{{0, 300}, {100, 400}}, 350, 0},
         {{{0, 240}, {0, 480}, {240, 480}}, 479, 0},
         {{{0, 240}, {0, 480}, {240, 480}}, 480, 480},
+        // A rule holds on to the first atom below it, not to the ones after.
+        {{{23, 38, true}, {70, 290}}, 100, 23},
+        {{{0, 240}, {253, 268, true}, {300, 540}, {540, 780}}, 400, 253},
+        {{{0, 240}, {253, 268, true}, {300, 540}, {300, 600}, {600, 840}}, 700, 600},
     };
     for (size_t i = 0; i < cases.size(); ++i) {
         SCOPED_TRACE(i);

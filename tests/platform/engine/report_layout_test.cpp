@@ -5,6 +5,13 @@
 
 #include <gtest/gtest.h>
 
+namespace qr::page {
+void PrintTo(const CutText& c, std::ostream* os) {
+    *os << "{page " << c.page << ", " << c.section << "/" << c.control << ", \"" << c.text
+        << "\" printed \"" << c.printed << "\"" << (c.clipped ? ", clipped" : "") << "}";
+}
+} // namespace qr::page
+
 namespace qr::engine::test {
 namespace {
 
@@ -77,6 +84,33 @@ TEST(ReportLayout, TextThatMayNotGrowIsClippedToItsBox) {
     EXPECT_EQ(textsOf(page, "OneLine")[0].text, "aaa bbb ccc");
 }
 
+TEST(ReportLayout, EveryTextCutToItsBoxIsListedWithItsPage) {
+    ReportDesign d = designOf(
+        "Cuts",
+        {detail("Detail", 480,
+                {textBox("Wrapped", {0, 0, 500, 480}, "t"),
+                 textBox("OneLine", {1000, 0, 500, 240}, "t").noWrap(),
+                 textBox("RightEnd", {2000, 0, 500, 240}, "t").noWrap().alignRight().clipped(),
+                 textBox("Grown", {3000, 0, 500, 240}, "t").grow(),
+                 label("Late", {4000, 0, 300, 240}, "too long").noWrap()}),
+         pageFooter("PageFooter", 240, {textBox("Folio", {0, 0, 50, 240}).pageNumber().noWrap()})});
+    ListReport report(std::move(d), {"t"}, {V{"aaa bbb ccc"}, V{"a"}});
+    // The label's design text is cut, but the first line replaces it with one that fits; the
+    // second with one that does not.
+    int row = 0;
+    report.onBeforePrint("Detail",
+                         [&] { report.label("Late").setCaption(++row == 1 ? "ok" : "later"); });
+    report.run();
+    const std::vector<page::CutText> expected = {
+        {1, "Wrapped", "Detail", "aaa bbb ccc", "aaa\nbbb", false},
+        {1, "OneLine", "Detail", "aaa bbb ccc", "aaa b", false},
+        {1, "RightEnd", "Detail", "aaa bbb ccc", "b ccc", true},
+        {1, "Late", "Detail", "later", "lat", false},
+        {1, "Folio", "PageFooter", "1", "", false},
+    };
+    EXPECT_EQ(report.pages().cutTexts, expected);
+}
+
 TEST(ReportLayout, TextsChangedInBeforePrintAreLaidOutInTheirBoxes) {
     ReportDesign d =
         designOf("Inches", {detail("Detail", 240,
@@ -138,20 +172,19 @@ TEST(ReportLayout, PageNumberBoxShowsThePageItPrintsOn) {
     EXPECT_EQ(textValues(report.pages(), "txtPageNumber"), (std::vector<std::string>{"2", "2"}));
 }
 
-ReportDesign footerDesign(bool keepTogether) {
-    SectionDesign footer = groupFooter("gf", "gh", 720,
-                                       {label("Total1", {0, 0, 2000, 240}, "one"),
-                                        label("Total2", {0, 240, 2000, 240}, "two"),
-                                        label("Total3", {0, 480, 2000, 240}, "three")});
+ReportDesign totalsDesign(bool keepTogether) {
+    SectionDesign totals = reportFooter("ReportFooter", 720,
+                                        {label("Total1", {0, 0, 2000, 240}, "one"),
+                                         label("Total2", {0, 240, 2000, 240}, "two"),
+                                         label("Total3", {0, 480, 2000, 240}, "three")});
     if (keepTogether)
-        footer.keepTogetherOnPage();
-    return designOf("Footer", {groupHeader("gh", "", 0, {}),
-                               detail("Detail", 1000, {textBox("n", {0, 0, 1000, 240}, "n")}),
-                               std::move(footer)});
+        totals.keepTogetherOnPage();
+    return designOf("Totals", {detail("Detail", 1000, {textBox("n", {0, 0, 1000, 240}, "n")}),
+                               std::move(totals)});
 }
 
 TEST(ReportLayout, ABandThatDoesNotFitIsCutBetweenLinesOrKeptTogether) {
-    // 14 bands of 1000 leave 400 of the 14400-high body: room for one line of the footer.
+    // 14 bands of 1000 leave 400 of the 14400-high body: room for one line of the totals.
     struct Case {
         bool keepTogether;
         std::vector<std::vector<int>> total1;
@@ -163,12 +196,44 @@ TEST(ReportLayout, ABandThatDoesNotFitIsCutBetweenLinesOrKeptTogether) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.keepTogether ? "kept together" : "cut");
-        ListReport report(footerDesign(c.keepTogether), {"n"}, numberedRows(14));
+        ListReport report(totalsDesign(c.keepTogether), {"n"}, numberedRows(14));
         report.run();
         ASSERT_EQ(report.pages().pages.size(), 2u);
         EXPECT_EQ(topsByPage(report.pages(), "Total1"), c.total1);
         EXPECT_EQ(topsByPage(report.pages(), "Total3"), c.total3);
     }
+}
+
+TEST(ReportLayout, AGroupFooterThatDoesNotFitTakesTheGroupsLastLineAlong) {
+    // 14 lines of 1000 leave 400 of the 14400-high body. The inner footer fits under the last
+    // line; the outer one, a rule over its total, does not: both footers and the last line go
+    // to the next page, so no page opens with a footer.
+    ReportDesign d = designOf(
+        "Groups",
+        {groupHeader("ghOuter", "g", 0, {}), groupHeader("ghInner", "g", 0, {}),
+         detail("Detail", 1000,
+                {textBox("n", {0, 0, 1000, 240}, "n"),
+                 textBox("folio", {2000, 0, 1000, 240}).pageNumber()}),
+         groupFooter("gfInner", "ghInner", 240, {label("Inner", {0, 0, 2000, 240}, "inner")}),
+         groupFooter("gfOuter", "ghOuter", 720,
+                     {line("Rule", 0, 30, 3000, 30), label("Outer", {0, 60, 2000, 240}, "outer"),
+                      label("Note", {0, 300, 2000, 240}, "note")})});
+    std::vector<V> rows;
+    for (int i = 1; i <= 14; ++i)
+        rows.push_back(V{"A", std::to_string(i)});
+    ListReport report(std::move(d), {"g", "n"}, rows);
+    report.run();
+    const page::Pages& pages = report.pages();
+    ASSERT_EQ(pages.pages.size(), 2u);
+    std::vector<int> firstPage;
+    for (int i = 0; i < 13; ++i)
+        firstPage.push_back(720 + i * 1000);
+    EXPECT_EQ(topsByPage(pages, "n"), (std::vector<std::vector<int>>{firstPage, {720}}));
+    // The moved line shows the page it prints on.
+    EXPECT_EQ(textValues(pages, "folio").back(), "2");
+    EXPECT_EQ(topsByPage(pages, "Inner"), (std::vector<std::vector<int>>{{}, {1720}}));
+    EXPECT_EQ(topsByPage(pages, "Outer"), (std::vector<std::vector<int>>{{}, {1960 + 60}}));
+    EXPECT_EQ(textSequence(pages).back(), "gfOuter/Note=note");
 }
 
 TEST(ReportLayout, AMemoLongerThanAPageContinuesOnTheNextPages) {

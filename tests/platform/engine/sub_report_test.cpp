@@ -98,6 +98,20 @@ TEST(SubReport, LongSubReportContinuesOnTheNextPageAndResolvesItsPageCount) {
     EXPECT_EQ(textValues(pages, "Pages"), (std::vector<std::string>{"2"}));
 }
 
+TEST(SubReport, ATextCutInsideASubReportIsListedWithThePageItPrintsOn) {
+    ListReport parent(parentDesign(), {"name", "count"}, {V{"Tall", 100}});
+    std::vector<V> rows = itemsFor(100);
+    rows.back() = V{"item 100 has a long note"}; // two lines in a one-line box
+    auto child =
+        std::make_unique<ListReport>(childDesign(), std::vector<std::string>{"item"}, rows);
+    parent.atStart = [&] { parent.subReport("Sub").setReport(std::move(child)); };
+    parent.run();
+    ASSERT_EQ(parent.pages().pages.size(), 2u);
+    const std::vector<page::CutText> expected = {
+        {2, "Item", "Detail", "item 100 has a long note", "item 100 has a long", false}};
+    EXPECT_EQ(parent.pages().cutTexts, expected);
+}
+
 TEST(SubReport, AReportThatContainsItselfIsRefused) {
     ListReport parent(parentDesign(), {"name", "count"}, {V{"Loop", 1}});
     parent.atStart = [&] { parent.subReport("Sub").setReport(&parent); };

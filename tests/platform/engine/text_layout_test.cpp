@@ -32,6 +32,7 @@ TEST(TextLayout, BreaksWrapsAlignsAndClips) {
         int maxHeight;
         std::vector<PlacedLine> runs;
         int height;
+        bool cut = false;
     };
     const std::vector<Case> cases = {
         {"left", "abc", 1000, Align::Left, true, INT_MAX, {{0, 180, "abc"}}, 240},
@@ -92,7 +93,8 @@ TEST(TextLayout, BreaksWrapsAlignsAndClips) {
          true,
          500,
          {{0, 180, "a"}, {0, 420, "b"}},
-         720},
+         720,
+         true},
         {"even when the box is lower than one line",
          "a\nb",
          1000,
@@ -100,7 +102,8 @@ TEST(TextLayout, BreaksWrapsAlignsAndClips) {
          true,
          100,
          {{0, 180, "a"}},
-         480},
+         480,
+         true},
         {"without wrap the start is kept",
          "abcdef",
          300,
@@ -108,7 +111,8 @@ TEST(TextLayout, BreaksWrapsAlignsAndClips) {
          false,
          INT_MAX,
          {{0, 180, "abc"}},
-         240},
+         240,
+         true},
         {"without wrap, right aligned, the end is kept",
          "abcdef",
          300,
@@ -116,7 +120,8 @@ TEST(TextLayout, BreaksWrapsAlignsAndClips) {
          false,
          INT_MAX,
          {{0, 180, "def"}},
-         240},
+         240,
+         true},
         {"characters, not bytes",
          "\xC3\xA9\xC3\xA9\xC3\xA9",
          200,
@@ -124,6 +129,23 @@ TEST(TextLayout, BreaksWrapsAlignsAndClips) {
          false,
          INT_MAX,
          {{0, 180, "\xC3\xA9\xC3\xA9"}},
+         240,
+         true},
+        {"blank lines below the box lose nothing",
+         "a\n\n",
+         1000,
+         Align::Left,
+         true,
+         300,
+         {{0, 180, "a"}},
+         720},
+        {"without wrap, blanks over the box lose nothing",
+         "abc   ",
+         400,
+         Align::Left,
+         false,
+         INT_MAX,
+         {{0, 180, "abc "}},
          240},
     };
     for (const Case& c : cases) {
@@ -133,14 +155,16 @@ TEST(TextLayout, BreaksWrapsAlignsAndClips) {
         TextLayout layout(measurer, pages);
         const int font = layout.fontIndex(page::FontSpec{});
         std::vector<page::TextRun> runs;
-        const int height = layout.layout(c.text, font, c.width, c.align, c.wrap, c.maxHeight, runs);
+        const TextLayout::Result laid =
+            layout.layout(c.text, font, c.width, c.align, c.wrap, c.maxHeight, runs);
         std::vector<PlacedLine> got;
         for (const page::TextRun& r : runs) {
             got.push_back({r.x, r.baseline, r.text});
             EXPECT_EQ(r.width, measurer.width(page::FontSpec{}, r.text));
         }
         EXPECT_EQ(got, c.runs);
-        EXPECT_EQ(height, c.height);
+        EXPECT_EQ(laid.height, c.height);
+        EXPECT_EQ(laid.cut, c.cut);
     }
 }
 

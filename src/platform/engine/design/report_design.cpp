@@ -86,6 +86,10 @@ ControlDesign& ControlDesign::noWrap() {
     wordWrap = false;
     return *this;
 }
+ControlDesign& ControlDesign::clipped() {
+    clips = true;
+    return *this;
+}
 ControlDesign& ControlDesign::hidden() {
     visible = false;
     return *this;

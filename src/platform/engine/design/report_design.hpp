@@ -84,6 +84,9 @@ struct ControlDesign {
     std::optional<page::Color> background;
     bool canGrow = false;
     bool wordWrap = true;
+    /// The box is meant to cut what does not fit (a fixed one-line box): its cut texts are
+    /// listed as such, not as faults of the layout.
+    bool clips = false;
     bool visible = true;
     bool checked = false;
     int lineWeight = 15;
@@ -99,6 +102,7 @@ struct ControlDesign {
     ControlDesign& size(double points);
     ControlDesign& grow();
     ControlDesign& noWrap();
+    ControlDesign& clipped();
     ControlDesign& hidden();
     ControlDesign& sum(std::string overGroup = {});
     ControlDesign& average(std::string overGroup = {});

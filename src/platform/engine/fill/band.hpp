@@ -20,6 +20,15 @@ struct DeferredText {
     SummaryKind kind = SummaryKind::PageCount;
     std::string pattern; ///< output format, applied to the number
     bool wrap = false;
+    bool clipped = false; ///< the design lets the box cut its text
+};
+
+/// A text of the band that did not fit its box whole, waiting for the page it prints on.
+struct CutMark {
+    int item = 0;         ///< index of its TextItem in the band
+    std::string text;     ///< the whole text
+    std::string printed;  ///< the lines that were laid out, joined by "\n"
+    bool clipped = false; ///< the design lets the box cut its text
 };
 
 /// Which control made a text or check-box item, and what the control showed then, so texts a
@@ -35,12 +44,14 @@ struct Band {
     std::vector<page::Item> items;
     std::vector<DeferredText> deferred;
     std::vector<ItemSource> sources;
+    std::vector<CutMark> cuts;
     int height = 0;
 
     void clear() {
         items.clear();
         deferred.clear();
         sources.clear();
+        cuts.clear();
         height = 0;
     }
 };

@@ -127,22 +127,32 @@ int BandBuilder::addText(Control& control, const Section& section, std::string t
     item.background = s.background;
     item.control = s.name;
     item.section = section.name();
-    const int needed = fillText(item, control, std::move(text), grow);
-    const int growth = grow ? std::max(0, needed - item.box.height) : 0;
+    const TextLayout::Result laid = fillText(item, control, std::move(text), grow);
+    const int growth = grow ? std::max(0, laid.height - item.box.height) : 0;
     item.box.height += growth;
     source.item = static_cast<int>(band.items.size());
     source.box = item.box;
+    markCut(band, source.item, item, laid.cut, s.clips);
     band.items.emplace_back(std::move(item));
     band.sources.push_back(source);
     return growth;
 }
 
-int BandBuilder::fillText(page::TextItem& item, Control& control, std::string text, bool grow) {
+void BandBuilder::markCut(Band& band, int index, const page::TextItem& item, bool cut,
+                          bool clipped) {
+    std::erase_if(band.cuts, [index](const CutMark& m) { return m.item == index; });
+    if (cut)
+        band.cuts.push_back(CutMark{index, item.text, joinRuns(item.runs), clipped});
+}
+
+TextLayout::Result BandBuilder::fillText(page::TextItem& item, Control& control, std::string text,
+                                         bool grow) {
     item.text = std::move(text);
     normaliseLineBreaks(item.text);
     const int maxHeight = grow ? INT_MAX : item.box.height;
-    const int needed = m_text.layout(item.text, item.font, item.box.width, item.align,
-                                     control.settings().wordWrap, maxHeight, item.runs);
+    const TextLayout::Result laid =
+        m_text.layout(item.text, item.font, item.box.width, item.align, control.settings().wordWrap,
+                      maxHeight, item.runs);
     for (page::TextRun& run : item.runs) {
         run.x += item.box.x;
         run.baseline += item.box.y;
@@ -156,7 +166,7 @@ int BandBuilder::fillText(page::TextItem& item, Control& control, std::string te
             item.format = box.outputFormat();
         }
     }
-    return needed;
+    return laid;
 }
 
 void BandBuilder::addDeferred(TextBox& box, const Section& section, Band& band) {
@@ -170,7 +180,7 @@ void BandBuilder::addDeferred(TextBox& box, const Section& section, Band& band) 
     item.control = s.name;
     item.section = section.name();
     band.deferred.push_back(DeferredText{static_cast<int>(band.items.size()), s.summary.kind,
-                                         s.outputFormat, s.wordWrap});
+                                         s.outputFormat, s.wordWrap, s.clips});
     band.items.emplace_back(std::move(item));
 }
 
@@ -192,7 +202,8 @@ void BandBuilder::addCheckBox(Control& control, const Section& section, Band& ba
     caption.color = s.color;
     caption.control = s.name;
     caption.section = section.name();
-    fillText(caption, control, s.caption, false);
+    const TextLayout::Result laid = fillText(caption, control, s.caption, false);
+    markCut(band, static_cast<int>(band.items.size()), caption, laid.cut, s.clips);
     band.items.emplace_back(std::move(caption));
 }
 
@@ -201,18 +212,26 @@ int BandBuilder::addSubReport(SubReport& box, const Section&, Band& band) {
         return 0;
     m_strip.clear();
     m_runSubReport(box, m_strip);
-    const int base = static_cast<int>(band.items.size());
-    for (page::Item& item : m_strip.items) {
-        offset(item, box.left(), box.top());
-        band.items.push_back(std::move(item));
-    }
-    for (DeferredText& d : m_strip.deferred) {
-        d.item += base;
-        band.deferred.push_back(std::move(d));
-    }
     const int growth = std::max(0, m_strip.height - box.height());
-    m_strip.clear();
+    append(m_strip, box.left(), box.top(), band);
     return growth;
+}
+
+void BandBuilder::append(Band& from, int dx, int dy, Band& to) {
+    const int base = static_cast<int>(to.items.size());
+    for (page::Item& item : from.items) {
+        offset(item, dx, dy);
+        to.items.push_back(std::move(item));
+    }
+    for (DeferredText& d : from.deferred) {
+        d.item += base;
+        to.deferred.push_back(std::move(d));
+    }
+    for (CutMark& m : from.cuts) {
+        m.item += base;
+        to.cuts.push_back(std::move(m));
+    }
+    from.clear();
 }
 
 void BandBuilder::pushDown(std::vector<Placed>& placed, Band& band, int designHeight) {
@@ -285,7 +304,8 @@ void BandBuilder::refresh(Band& band) {
         }
         auto& item = std::get<page::TextItem>(band.items[source.item]);
         item.font = fontOf(control);
-        fillText(item, control, std::move(text), false);
+        const TextLayout::Result laid = fillText(item, control, std::move(text), false);
+        markCut(band, source.item, item, laid.cut, control.settings().clips);
     }
 }
 
@@ -300,7 +320,14 @@ void BandBuilder::itemAtoms(const page::Item& item, std::vector<Atom>& out) {
         for (const page::TextRun& run : t->runs)
             out.push_back({run.baseline - m.ascent, run.baseline + m.descent});
     } else if (const auto* l = std::get_if<page::LineItem>(&item)) {
-        out.push_back({std::min(l->y1, l->y2), std::max(l->y1, l->y2)});
+        if (l->y1 == l->y2) {
+            // A rule is as thick as it is drawn, so a cut passes either above or below it.
+            const int above = std::max(1, l->thickness) / 2;
+            const int below = std::max(1, l->thickness - above);
+            out.push_back({l->y1 - above, l->y1 + below, true});
+        } else {
+            out.push_back({std::min(l->y1, l->y2), std::max(l->y1, l->y2)});
+        }
     } else if (const auto* r = std::get_if<page::RectItem>(&item)) {
         out.push_back({r->box.y, r->box.y + r->box.height});
     } else if (const auto* c = std::get_if<page::CheckBoxItem>(&item)) {
@@ -371,28 +398,40 @@ void BandBuilder::split(Band& band, int cut, Band& tail) {
     band.height = cut;
     band.sources.clear();
 
-    std::vector<DeferredText> headDeferred;
-    for (DeferredText& d : band.deferred) {
-        const int where = moved[d.item];
-        if (where >= 0) {
-            d.item = where;
-            headDeferred.push_back(std::move(d));
-        } else {
-            d.item = -where - 1;
-            tail.deferred.push_back(std::move(d));
-        }
-    }
-    band.deferred = std::move(headDeferred);
+    followItems(band.deferred, tail.deferred, moved);
+    followItems(band.cuts, tail.cuts, moved);
 }
 
-void BandBuilder::resolve(page::TextItem& item, std::string text, bool wrap) {
+template <class Note>
+void BandBuilder::followItems(std::vector<Note>& head, std::vector<Note>& tail,
+                              const std::vector<int>& moved) {
+    std::vector<Note> kept;
+    for (Note& note : head) {
+        const int where = moved[note.item];
+        if (where >= 0) {
+            note.item = where;
+            kept.push_back(std::move(note));
+        } else {
+            note.item = -where - 1;
+            tail.push_back(std::move(note));
+        }
+    }
+    head = std::move(kept);
+}
+
+bool BandBuilder::resolve(page::TextItem& item, std::string text, bool wrap) {
     item.text = std::move(text);
-    m_text.layout(item.text, item.font, item.box.width, item.align, wrap, item.box.height,
-                  item.runs);
+    const TextLayout::Result laid = m_text.layout(item.text, item.font, item.box.width, item.align,
+                                                  wrap, item.box.height, item.runs);
     for (page::TextRun& run : item.runs) {
         run.x += item.box.x;
         run.baseline += item.box.y;
     }
+    return laid.cut;
+}
+
+std::string BandBuilder::printedText(const page::TextItem& item) {
+    return joinRuns(item.runs);
 }
 
 void BandBuilder::offset(page::Item& item, int dx, int dy) {

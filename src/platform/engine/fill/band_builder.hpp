@@ -31,11 +31,17 @@ class BandBuilder {
     void atoms(const Band& band, std::vector<Atom>& out);
     /// Cut `band` at `cut`: it keeps what lies above, `tail` gets the rest moved up by `cut`.
     void split(Band& band, int cut, Band& tail);
-    /// Set the text of a deferred page-number box and lay it out in its box.
-    void resolve(page::TextItem& item, std::string text, bool wrap);
+    /// Set the text of a deferred page-number box and lay it out in its box; returns whether
+    /// the text had to be cut to the box.
+    bool resolve(page::TextItem& item, std::string text, bool wrap);
+    /// The lines a text item prints, joined by "\n".
+    static std::string printedText(const page::TextItem& item);
 
     /// Move an item by (dx, dy).
     static void offset(page::Item& item, int dx, int dy);
+    /// Move the items of `from` (with what waits on them) to the end of `to`, shifted by
+    /// (dx, dy); `from` is left empty.
+    static void append(Band& from, int dx, int dy, Band& to);
 
   private:
     struct Placed {
@@ -58,8 +64,16 @@ class BandBuilder {
     /// Current text of a label or text box (the printed form).
     static std::string currentText(Control& control);
     /// Fill a text item's text, runs and numeric value from its control; returns the height
-    /// its lines need.
-    int fillText(page::TextItem& item, Control& control, std::string text, bool grow);
+    /// its lines need and whether it was cut.
+    TextLayout::Result fillText(page::TextItem& item, Control& control, std::string text,
+                                bool grow);
+    /// Note (or forget) that the text item at `index` was cut to its box.
+    static void markCut(Band& band, int index, const page::TextItem& item, bool cut, bool clipped);
+    /// Notes about items (deferred texts, cut marks) follow their items when a band is cut:
+    /// `moved` maps each item to its index in the head (>= 0) or -(index + 1) in the tail.
+    template <class Note>
+    static void followItems(std::vector<Note>& head, std::vector<Note>& tail,
+                            const std::vector<int>& moved);
     /// Cut a text between its lines: it keeps the lines above `cut`, a copy holding the rest
     /// goes to `tail`.
     void splitText(page::TextItem& text, int cut, Band& tail);

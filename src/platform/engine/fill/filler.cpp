@@ -333,6 +333,10 @@ void Filler::place(Section& section, Band& band) {
     }
     if (paged && section.newPageBefore() && !m_paginator.atTop())
         newPage();
+    // Only a group footer joins the bands held back at the foot of the page; anything else
+    // lets them go.
+    if (section.kind() != SectionKind::GroupFooter)
+        releaseHeld();
     if (section.kind() == SectionKind::Detail && section.settings().columnCount > 1) {
         placeColumns(section, band);
     } else {
@@ -341,9 +345,11 @@ void Filler::place(Section& section, Band& band) {
             // Decide about moving the whole band before BeforePrint, so its handler runs with
             // the page the band prints on.
             m_builder.atoms(band, m_atoms);
-            if (m_paginator.decide(band.height, section.keepTogether(), m_atoms).action ==
-                Paginator::Action::NewPage)
+            const Paginator::Decision d = decide(section, band);
+            if (d.action == Paginator::Action::NewPage)
                 newPage();
+            else if (d.action == Paginator::Action::CarryOver)
+                carryHeldOver();
         }
         raiseBeforePrint(section);
         m_builder.refresh(band);
@@ -353,29 +359,36 @@ void Filler::place(Section& section, Band& band) {
         m_breakPending = true;
 }
 
+Paginator::Decision Filler::decide(const Section& section, const Band& band) const {
+    // A group footer takes the group's last detail line (and the footers already under it)
+    // along rather than open a page alone.
+    const int carry = section.kind() == SectionKind::GroupFooter && m_holding
+                          ? m_paginator.cursor() - m_heldTop
+                          : 0;
+    return m_paginator.decide(band.height, section.keepTogether(), m_atoms, carry);
+}
+
 void Filler::placeFlow(Section& section, Band& band) {
     const int left = m_pages ? m_report.pageSettings().marginLeft : 0;
     while (true) {
         if (!m_pages || m_paginator.fits(band.height)) {
-            const int height = band.height;
-            emit(band, left, m_paginator.cursor());
-            m_paginator.advance(height);
+            putOnPage(section, band, band.height);
             return;
         }
         m_builder.atoms(band, m_atoms);
-        const Paginator::Decision d =
-            m_paginator.decide(band.height, section.keepTogether(), m_atoms);
+        const Paginator::Decision d = decide(section, band);
         switch (d.action) {
-        case Paginator::Action::Place: {
-            const int height = std::min(band.height, std::max(0, m_paginator.remaining()));
-            emit(band, left, m_paginator.cursor());
-            m_paginator.advance(height);
+        case Paginator::Action::Place:
+            putOnPage(section, band, std::min(band.height, std::max(0, m_paginator.remaining())));
             return;
-        }
         case Paginator::Action::NewPage:
             newPage();
             break;
+        case Paginator::Action::CarryOver:
+            carryHeldOver();
+            break;
         case Paginator::Action::Split:
+            releaseHeld();
             m_builder.split(band, d.cut, m_tail);
             emit(band, left, m_paginator.cursor());
             m_paginator.advance(d.cut);
@@ -384,6 +397,45 @@ void Filler::placeFlow(Section& section, Band& band) {
             break;
         }
     }
+}
+
+void Filler::putOnPage(const Section& section, Band& band, int advance) {
+    const int top = m_paginator.cursor();
+    m_paginator.advance(advance);
+    const bool holds = section.kind() == SectionKind::Detail ||
+                       (section.kind() == SectionKind::GroupFooter && m_holding);
+    if (m_pages == nullptr || !holds) {
+        emit(band, m_pages ? m_report.pageSettings().marginLeft : 0, top);
+        return;
+    }
+    // A detail line waits at the foot of the page until the next band is known: a group footer
+    // that does not fit below it takes it to the next page.
+    if (section.kind() == SectionKind::Detail)
+        releaseHeld();
+    if (!m_holding) {
+        m_holding = true;
+        m_heldTop = top;
+    }
+    BandBuilder::append(band, 0, top - m_heldTop, m_held);
+    m_held.height = m_paginator.cursor() - m_heldTop;
+}
+
+void Filler::releaseHeld() {
+    if (!m_holding)
+        return;
+    m_holding = false;
+    emit(m_held, m_report.pageSettings().marginLeft, m_heldTop);
+}
+
+void Filler::carryHeldOver() {
+    // The held bands leave this page unprinted and open the next one.
+    m_holding = false;
+    std::swap(m_held, m_carried);
+    newPage();
+    std::swap(m_held, m_carried);
+    m_holding = true;
+    m_heldTop = m_paginator.cursor();
+    m_paginator.advance(m_held.height);
 }
 
 void Filler::placeColumns(Section& section, Band& band) {
@@ -410,19 +462,12 @@ std::string Filler::pageNumberText(int number, const std::string& pattern) const
 }
 
 void Filler::emit(Band& band, int dx, int dy) {
-    for (page::Item& item : band.items)
-        BandBuilder::offset(item, dx, dy);
     if (!m_pages) {
-        const size_t base = m_strip->items.size();
-        for (page::Item& item : band.items)
-            m_strip->items.push_back(std::move(item));
-        for (DeferredText& d : band.deferred) {
-            d.item += static_cast<int>(base);
-            m_strip->deferred.push_back(std::move(d));
-        }
-        band.clear();
+        BandBuilder::append(band, dx, dy, *m_strip);
         return;
     }
+    for (page::Item& item : band.items)
+        BandBuilder::offset(item, dx, dy);
     // Page numbers are known now and go in before the items are packed onto the page; page
     // counts wait for the end of the run.
     page::ItemList& target = m_pages->pages.back().items;
@@ -430,18 +475,31 @@ void Filler::emit(Band& band, int dx, int dy) {
     for (DeferredText& d : band.deferred) {
         if (d.kind == SummaryKind::PageNumber) {
             auto& item = std::get<page::TextItem>(band.items[static_cast<size_t>(d.item)]);
-            m_builder.resolve(item, pageNumberText(m_pageNumber, d.pattern), d.wrap);
+            if (m_builder.resolve(item, pageNumberText(m_pageNumber, d.pattern), d.wrap))
+                recordCut(m_pageNumber, item, item.text, d.clipped);
             item.numericValue = m_pageNumber;
             item.format = d.pattern;
         } else {
             m_pageCounts.push_back(PendingCount{m_pages->pages.size() - 1,
                                                 base + static_cast<size_t>(d.item),
-                                                std::move(d.pattern), d.wrap});
+                                                std::move(d.pattern), d.wrap, d.clipped});
         }
+    }
+    for (const CutMark& m : band.cuts) {
+        const auto& item = std::get<page::TextItem>(band.items[static_cast<size_t>(m.item)]);
+        m_pages->cutTexts.push_back(page::CutText{static_cast<int>(m_pages->pages.size()),
+                                                  item.control, item.section, m.text, m.printed,
+                                                  m.clipped});
     }
     for (const page::Item& item : band.items)
         target.push_back(item);
     band.clear();
+}
+
+void Filler::recordCut(int pageNumber, const page::TextItem& item, const std::string& text,
+                       bool clipped) {
+    m_pages->cutTexts.push_back(page::CutText{pageNumber, item.control, item.section, text,
+                                              BandBuilder::printedText(item), clipped});
 }
 
 // ---- Pages ----------------------------------------------------------------------------------
@@ -500,6 +558,7 @@ void Filler::printPageHeader() {
 }
 
 void Filler::finishPage() {
+    releaseHeld();
     if (m_pageFooter != nullptr) {
         bindSection(*m_pageFooter);
         raiseFormat(*m_pageFooter);
@@ -525,7 +584,8 @@ void Filler::resolvePageCounts() {
         page::ItemList& items = m_pages->pages[pending.page].items;
         items.decodeInto(pending.item, scratch);
         auto& item = std::get<page::TextItem>(scratch);
-        m_builder.resolve(item, pageNumberText(total, pending.pattern), pending.wrap);
+        if (m_builder.resolve(item, pageNumberText(total, pending.pattern), pending.wrap))
+            recordCut(static_cast<int>(pending.page) + 1, item, item.text, pending.clipped);
         item.numericValue = total;
         item.format = pending.pattern;
         items.set(pending.item, scratch);

@@ -48,6 +48,7 @@ class Filler {
         size_t item = 0;
         std::string pattern;
         bool wrap = false;
+        bool clipped = false;
     };
 
     void run();
@@ -66,9 +67,21 @@ class Filler {
     void raiseFormat(Section& section);
     void raiseBeforePrint(Section& section);
     void place(Section& section, Band& band);
+    /// Where the band goes; a group footer may carry the bands held before it.
+    Paginator::Decision decide(const Section& section, const Band& band) const;
     void placeFlow(Section& section, Band& band);
+    /// Put the band at the cursor and move the cursor by `advance`: printed at once, or held
+    /// back when it is a detail line or a group footer under one.
+    void putOnPage(const Section& section, Band& band, int advance);
+    /// Print the held bands where they stand.
+    void releaseHeld();
+    /// Start a new page with the held bands at its top.
+    void carryHeldOver();
     void placeColumns(Section& section, Band& band);
     void emit(Band& band, int dx, int dy);
+    /// List a text cut to its box on page `pageNumber`.
+    void recordCut(int pageNumber, const page::TextItem& item, const std::string& text,
+                   bool clipped);
     std::string pageNumberText(int number, const std::string& pattern) const;
 
     void checkPageRoom() const;
@@ -98,6 +111,12 @@ class Filler {
 
     Band m_band;
     Band m_tail;
+    // The last detail line and the group footers placed under it, their space taken on the
+    // page but not yet printed, so a footer that does not fit can take them to the next page.
+    Band m_held;
+    Band m_carried;
+    int m_heldTop = 0;
+    bool m_holding = false;
     Band m_pageBand;
     std::vector<Atom> m_atoms;
     std::vector<PendingCount> m_pageCounts;

@@ -1,6 +1,7 @@
 #include "platform/engine/fill/paginator.hpp"
 
 #include <algorithm>
+#include <climits>
 
 namespace qr::engine {
 
@@ -15,8 +16,21 @@ void Paginator::advance(int height) {
     m_cursor += height;
 }
 
-Paginator::Decision Paginator::decide(int height, bool keepTogether,
-                                      std::span<const Atom> atoms) const {
+Paginator::Decision Paginator::decide(int height, bool keepTogether, std::span<const Atom> atoms,
+                                      int carry) const {
+    const Decision alone = decideAlone(height, keepTogether, atoms);
+    if (alone.action == Action::Place || carry <= 0)
+        return alone;
+    // Moving the carry helps only when something stays behind on this page, and only when the
+    // carry and the band fit a page together (a page after this one is at least as roomy).
+    const bool carryIsThePage = m_cursor - carry <= m_top;
+    if (carryIsThePage || carry + height > capacity())
+        return alone;
+    return {Action::CarryOver, 0};
+}
+
+Paginator::Decision Paginator::decideAlone(int height, bool keepTogether,
+                                           std::span<const Atom> atoms) const {
     const int room = remaining();
     if (height <= room)
         return {Action::Place, 0};
@@ -28,24 +42,44 @@ Paginator::Decision Paginator::decide(int height, bool keepTogether,
         lastBottom = std::max(lastBottom, a.bottom);
     const bool onlyBlankOver = lastBottom <= room;
 
+    // A cut is worth making only when some of the band prints above it.
+    int cut = findCut(atoms, room);
+    const bool anythingAbove =
+        std::any_of(atoms.begin(), atoms.end(), [cut](const Atom& a) { return a.bottom <= cut; });
+    if (!anythingAbove)
+        cut = 0;
+
     if (!atTop()) {
         if (keepTogether || onlyBlankOver)
             return {Action::NewPage, 0};
-        const int cut = findCut(atoms, room);
         return cut > 0 ? Decision{Action::Split, cut} : Decision{Action::NewPage, 0};
     }
     // On an empty page: what cannot move on is cut, at the bottom of the body when nothing
     // else is possible.
     if (onlyBlankOver)
         return {Action::Place, 0};
-    const int cut = findCut(atoms, room);
     return {Action::Split, cut > 0 ? cut : room};
 }
 
 int Paginator::findCut(std::span<const Atom> atoms, int limit) {
+    // A rule and the first atom standing below it are one stretch: a cut between them would
+    // end a page with the rule and open the next with what the rule heads.
+    auto gluedBottom = [&](const Atom& rule) {
+        int nextTop = INT_MAX;
+        int bottom = rule.bottom;
+        for (const Atom& a : atoms) {
+            if (&a == &rule || a.top < rule.bottom || a.top > nextTop)
+                continue;
+            bottom = a.top < nextTop ? a.bottom : std::max(bottom, a.bottom);
+            nextTop = a.top;
+        }
+        return bottom;
+    };
     auto cutsNothing = [&](int y) {
-        return std::none_of(atoms.begin(), atoms.end(),
-                            [y](const Atom& a) { return a.top < y && y < a.bottom; });
+        return std::none_of(atoms.begin(), atoms.end(), [&](const Atom& a) {
+            const int bottom = a.rule ? gluedBottom(a) : a.bottom;
+            return a.top < y && y < bottom;
+        });
     };
     int best = 0;
     auto consider = [&](int y) {

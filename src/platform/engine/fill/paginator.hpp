@@ -10,10 +10,12 @@
 namespace qr::engine {
 
 /// A vertical stretch of a band that must not be cut (one text line, a check box, a shape),
-/// relative to the band's top.
+/// relative to the band's top. A rule (a horizontal line) opens what stands below it: a page
+/// never ends with a rule whose band goes on on the next page.
 struct Atom {
     int top = 0;
     int bottom = 0;
+    bool rule = false;
 };
 
 /// The labels of a multi-column detail: how many, how wide, the gap, the fill order.
@@ -30,6 +32,9 @@ class Paginator {
         Place,   ///< put the band here (what hangs below the body is blank space only)
         NewPage, ///< start a new page, then try again
         Split,   ///< put the band's part above `cut` here, the rest on the next page
+        /// Start a new page and move the bands placed last (the `carry` given to decide) to
+        /// its top, then place the band below them.
+        CarryOver,
     };
     struct Decision {
         Action action = Action::Place;
@@ -65,13 +70,20 @@ class Paginator {
     /// Where a band of `height` whose uncuttable parts are `atoms` goes. A band that fits is
     /// placed. One that does not moves to a new page when it is kept together or when all its
     /// content would fit and only blank space would hang over; otherwise it is cut at the
-    /// lowest point that fits and cuts no atom, or moves when there is none. On an empty page
-    /// a band is placed when only blank space hangs over, else cut where it can be, or at the
-    /// bottom of the body when nothing else is possible.
-    Decision decide(int height, bool keepTogether, std::span<const Atom> atoms) const;
+    /// lowest point that fits, cuts no atom and leaves some of the band above it, or moves
+    /// when there is none. On an empty page a band is placed when only blank space hangs over,
+    /// else cut where it can be, or at the bottom of the body when nothing else is possible.
+    ///
+    /// `carry` is the height of the bands placed last that must not be parted from this one
+    /// (a group's last detail and the footers after it, for a group footer). A band with a
+    /// carry that would move or be cut takes the carry with it to the next page instead
+    /// (CarryOver), so it never opens a page alone; unless the carry is all the page holds,
+    /// or it and the band together would not fit an empty page, when the rules above apply.
+    Decision decide(int height, bool keepTogether, std::span<const Atom> atoms,
+                    int carry = 0) const;
 
-    /// The lowest y in (0, limit] that cuts no atom (an atom is cut when top < y < bottom);
-    /// 0 when there is none.
+    /// The lowest y in (0, limit] that cuts no atom (an atom is cut when top < y < bottom)
+    /// and parts no rule from the atom below it; 0 when there is none.
     static int findCut(std::span<const Atom> atoms, int limit);
 
     /// Place the next label of `height` in a multi-column detail.
@@ -80,6 +92,7 @@ class Paginator {
     void endColumns() { m_inColumns = false; }
 
   private:
+    Decision decideAlone(int height, bool keepTogether, std::span<const Atom> atoms) const;
     Slot acrossSlot(const ColumnSpec& spec, int height);
     Slot downSlot(const ColumnSpec& spec, int height);
 

@@ -72,10 +72,12 @@ int TextLayout::width(int font, std::string_view text) {
     return w;
 }
 
-int TextLayout::layout(std::string_view text, int font, int boxWidth, page::Align align, bool wrap,
-                       int maxHeight, std::vector<page::TextRun>& runs) {
+TextLayout::Result TextLayout::layout(std::string_view text, int font, int boxWidth,
+                                      page::Align align, bool wrap, int maxHeight,
+                                      std::vector<page::TextRun>& runs) {
     runs.clear();
     m_lines.clear();
+    Result result;
     size_t start = 0;
     size_t i = 0;
     while (true) {
@@ -83,7 +85,8 @@ int TextLayout::layout(std::string_view text, int font, int boxWidth, page::Alig
             ++i;
             continue;
         }
-        addLine(text.substr(start, i - start), font, boxWidth, align, wrap, m_lines);
+        if (!addLine(text.substr(start, i - start), font, boxWidth, align, wrap, m_lines))
+            result.cut = true;
         if (i >= text.size())
             break;
         i += (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') ? 2 : 1;
@@ -94,8 +97,12 @@ int TextLayout::layout(std::string_view text, int font, int boxWidth, page::Alig
     const int count = static_cast<int>(m_lines.size());
     for (int line = 0; line < count; ++line) {
         const int baseline = m.ascent + line * m.lineHeight;
-        if (line > 0 && baseline + m.descent > maxHeight)
+        if (line > 0 && baseline + m.descent > maxHeight) {
+            // Blank lines left out lose nothing.
+            result.cut = result.cut || std::any_of(m_lines.begin() + line, m_lines.end(),
+                                                   [](std::string_view l) { return !l.empty(); });
             break;
+        }
         const std::string_view piece = m_lines[line];
         if (piece.empty())
             continue;
@@ -107,19 +114,27 @@ int TextLayout::layout(std::string_view text, int font, int boxWidth, page::Alig
             x = (boxWidth - w) / 2;
         runs.push_back(page::TextRun{x, baseline, w, std::string(piece)});
     }
-    return count == 0 ? 0 : m.ascent + m.descent + (count - 1) * m.lineHeight;
+    result.height = count == 0 ? 0 : m.ascent + m.descent + (count - 1) * m.lineHeight;
+    return result;
 }
 
-void TextLayout::addLine(std::string_view line, int font, int boxWidth, page::Align align,
+bool TextLayout::addLine(std::string_view line, int font, int boxWidth, page::Align align,
                          bool wrap, std::vector<std::string_view>& lines) {
     if (line.empty() || width(font, line) <= boxWidth) {
         lines.push_back(line);
     } else if (wrap) {
         wrapParagraph(line, font, boxWidth, lines);
     } else {
-        lines.push_back(align == page::Align::Right ? fitSuffix(line, font, boxWidth)
-                                                    : fitPrefix(line, font, boxWidth));
+        const std::string_view kept = align == page::Align::Right ? fitSuffix(line, font, boxWidth)
+                                                                  : fitPrefix(line, font, boxWidth);
+        lines.push_back(kept);
+        // Blanks that hang over the box lose nothing.
+        const std::string_view lost = align == page::Align::Right
+                                          ? line.substr(0, line.size() - kept.size())
+                                          : line.substr(kept.size());
+        return lost.find_first_not_of(' ') == std::string_view::npos;
     }
+    return true;
 }
 
 void TextLayout::wrapParagraph(std::string_view p, int font, int boxWidth,

@@ -26,13 +26,20 @@ class TextLayout {
     /// Advance width of `text` in `font`, measured once per distinct string.
     int width(int font, std::string_view text);
 
+    /// What a layout came to.
+    struct Result {
+        int height = 0;   ///< the height all lines of the text need
+        bool cut = false; ///< part of the text was left out: it is not all in the runs
+        bool operator==(const Result&) const = default;
+    };
+
     /// Lay `text` out in a box `boxWidth` wide. Runs are placed relative to the box: x from
     /// its left, baseline from its top. With `wrap`, lines break between words (and inside a
     /// word wider than the box); without it a line wider than the box keeps what fits (its
     /// start, or its end when aligned right). Lines whose bottom falls below `maxHeight` are
-    /// left out, except the first. Returns the height all lines of the text need.
-    int layout(std::string_view text, int font, int boxWidth, page::Align align, bool wrap,
-               int maxHeight, std::vector<page::TextRun>& runs);
+    /// left out, except the first. Either way the result says the text was cut.
+    Result layout(std::string_view text, int font, int boxWidth, page::Align align, bool wrap,
+                  int maxHeight, std::vector<page::TextRun>& runs);
 
     /// Number of distinct strings measured so far (for tests of the cache).
     long measuredCount() const { return m_measured; }
@@ -48,7 +55,8 @@ class TextLayout {
     };
 
     FontCache& cache(int font);
-    void addLine(std::string_view line, int font, int boxWidth, page::Align align, bool wrap,
+    /// Adds the line(s) `line` makes; returns false when a line had to be cut to the width.
+    bool addLine(std::string_view line, int font, int boxWidth, page::Align align, bool wrap,
                  std::vector<std::string_view>& lines);
     void wrapParagraph(std::string_view paragraph, int font, int boxWidth,
                        std::vector<std::string_view>& lines);

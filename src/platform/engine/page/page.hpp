@@ -4,6 +4,7 @@
 // already placed by the engine; renderers draw the runs where they stand and never measure,
 // break or align text again, so every output shows the same lines at the same places.
 
+#include "platform/engine/page/cut_text.hpp"
 #include "platform/engine/page/item_list.hpp"
 #include "platform/engine/page/items.hpp"
 
@@ -29,6 +30,8 @@ struct Pages {
     int marginLeft = 1440, marginTop = 1440, marginRight = 1440, marginBottom = 1440;
     std::vector<FontSpec> fonts; // fonts referenced by TextItem::font
     std::vector<Page> pages;
+    /// Texts cut to their boxes, in the order they were printed.
+    std::vector<CutText> cutTexts;
 
     /// Index of `font` in `fonts`, added when new.
     int fontIndex(const FontSpec& font);
