@@ -264,7 +264,7 @@ TEST_P(GlassCutReportsTest, TheListMovesByTheOffsetsTheLastLabelRequestLeft) {
     printRequest("aravery5267aglasslabels" + tail);
     const auto after = pdfWords(printRequest("ar2glasscutlistings" + tail));
     ASSERT_FALSE(before.empty());
-    expectMovedBy(before, after, 120, -60);
+    expectWordsMovedBy(before, after, 120, -60);
     EXPECT_TRUE(shownMessages().empty()) << shownMessages().front();
 }
 

@@ -6,6 +6,7 @@
 #include "reports/common/label_sheet.hpp"
 #include "reports/support/cost_fixture.hpp"
 #include "reports/support/label_geometry.hpp"
+#include "support/readers/file_readers.hpp"
 
 #include <cstdio>
 
@@ -114,7 +115,7 @@ TEST_P(GlassLabelGeometryTest, EveryLabelLandsOnItsOwnLabelAndOffsetsMoveItExact
         const Printed moved = print(c, table);
         expectOnTheirLabels(sortIntoLabels(moved.words, sheet, 100, -50), rows, kCaptions,
                             moved.pages, sheet);
-        expectMovedBy(straight.words, moved.words, 100, -50);
+        expectWordsMovedBy(straight.words, moved.words, 100, -50);
 
         if (c.showsDescription) {
             // The long description shows its start and is cut at the label's edge.

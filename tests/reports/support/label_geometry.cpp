@@ -1,20 +1,11 @@
 #include "reports/support/label_geometry.hpp"
 
-#include <algorithm>
-#include <cmath>
 #include <gtest/gtest.h>
 #include <sstream>
 
 namespace qr::test {
 
 namespace {
-
-std::string describe(const PdfWord& w) {
-    std::ostringstream out;
-    out << "'" << w.text << "' on page " << w.page + 1 << " at (" << w.left << ", " << w.top
-        << ")-(" << w.right << ", " << w.bottom << ") twips";
-    return out.str();
-}
 
 bool inside(const PdfWord& w, const page::Rect& r) {
     // A tenth of a twip for the PDF's rounding of positions to hundredths of a point.
@@ -94,33 +85,6 @@ void expectOnTheirLabels(const LabelledWords& printed, const std::vector<LabelRo
     const int sheets =
         (static_cast<int>(rows.size()) + sheet.labelsPerSheet() - 1) / sheet.labelsPerSheet();
     EXPECT_EQ(pages, sheets) << sheet.stock << ": " << rows.size() << " labels";
-}
-
-void expectMovedBy(const std::vector<PdfWord>& original, const std::vector<PdfWord>& moved,
-                   int down, int right) {
-    ASSERT_EQ(original.size(), moved.size());
-    // Poppler's reading order may change when the page moves, so each word is looked for among
-    // the moved words of the same text on the same page.
-    std::multimap<std::pair<int, std::string>, const PdfWord*> candidates;
-    for (const PdfWord& w : moved)
-        candidates.emplace(std::pair{w.page, w.text}, &w);
-    constexpr double tolerance = 0.1;
-    for (const PdfWord& a : original) {
-        auto [first, last] = candidates.equal_range({a.page, a.text});
-        auto match = std::find_if(first, last, [&](const auto& entry) {
-            const PdfWord& b = *entry.second;
-            return std::abs(b.left - a.left - right) <= tolerance &&
-                   std::abs(b.right - a.right - right) <= tolerance &&
-                   std::abs(b.top - a.top - down) <= tolerance &&
-                   std::abs(b.bottom - a.bottom - down) <= tolerance;
-        });
-        if (match == last) {
-            ADD_FAILURE() << describe(a) << " has no counterpart " << down << " twips down and "
-                          << right << " twips right";
-            continue;
-        }
-        candidates.erase(match);
-    }
 }
 
 } // namespace qr::test

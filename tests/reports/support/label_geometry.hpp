@@ -6,7 +6,7 @@
 // labels): it gives the words each row may print.
 
 #include "reports/common/label_sheet.hpp"
-#include "support/readers/file_readers.hpp"
+#include "support/readers/pdf_words.hpp"
 
 #include <map>
 #include <set>
@@ -45,10 +45,5 @@ LabelRow labelRow(const std::vector<std::string>& texts, std::string mark);
 void expectOnTheirLabels(const LabelledWords& printed, const std::vector<LabelRow>& rows,
                          const std::set<std::string>& captions, int pages,
                          const reports::LabelSheet& sheet);
-
-/// Fails the calling test unless `moved` holds the same words as `original`, each on the same
-/// page `down` twips lower and `right` twips further right (within a tenth of a twip).
-void expectMovedBy(const std::vector<PdfWord>& original, const std::vector<PdfWord>& moved,
-                   int down, int right);
 
 } // namespace qr::test

@@ -31,27 +31,6 @@ std::string pdfText(const std::filesystem::path& path) {
     return all;
 }
 
-std::vector<PdfWord> pdfWords(const std::filesystem::path& path) {
-    std::unique_ptr<poppler::document> doc(poppler::document::load_from_file(path.string()));
-    if (!doc) {
-        ADD_FAILURE() << "poppler cannot open " << path;
-        return {};
-    }
-    constexpr double kTwipsPerPoint = 20.0;
-    std::vector<PdfWord> words;
-    for (int i = 0; i < doc->pages(); ++i) {
-        std::unique_ptr<poppler::page> page(doc->create_page(i));
-        for (const poppler::text_box& box : page->text_list()) {
-            const auto bytes = box.text().to_utf8();
-            const poppler::rectf r = box.bbox();
-            words.push_back({i, std::string(bytes.begin(), bytes.end()), r.left() * kTwipsPerPoint,
-                             r.top() * kTwipsPerPoint, r.right() * kTwipsPerPoint,
-                             r.bottom() * kTwipsPerPoint});
-        }
-    }
-    return words;
-}
-
 std::vector<Sheet> readWorkbook(const std::filesystem::path& path) {
     const void* handle = nullptr;
     if (freexl_open(path.c_str(), &handle) != FREEXL_OK || handle == nullptr) {
