@@ -209,6 +209,8 @@ void summaryLine(const char* self, long lines) {
 
 } // namespace
 
+void printGlassLabelsRate(); // glass_labels_bench.cpp
+
 int main(int argc, char** argv) {
     if (argc == 2 && std::string(argv[1]).rfind("--qr-child=", 0) == 0)
         return childRun(std::stol(std::string(argv[1]).substr(11)));
@@ -218,5 +220,6 @@ int main(int argc, char** argv) {
     benchmark::Shutdown();
     std::fflush(stdout);
     for (long lines : {1000L, 10000L, 100000L}) summaryLine("/proc/self/exe", lines);
+    printGlassLabelsRate();
     return 0;
 }

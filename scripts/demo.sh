@@ -73,6 +73,18 @@ request "finalsummaryar FramingReport1 false 1 1 true true false |x |48-12-2-310
 request "finalsummaryar2 FramingReport1 false 1 1 true true false |x |48-12-2-310.5-4"
 request "finallaborar LaborReport1 false 1 1 true true false |x |"
 
+echo "== glass cut listing and glass labels (request strings)"
+request "ar2glasscutlistings GlassCutReport1 false 1 1 false false false |x |"
+request "aravery5260glasslabels GlassCutReport1 false 1 1 false false false |x |"
+request "aravery5267aglasslabels GlassCutReport1 false 1 1 false false false |x |"
+request "aravery5267bglasslabels GlassCutReport1 false 1 1 false false false |x |"
+request "aravery5267cglasslabels GlassCutReport1 false 1 1 false false false |x |"
+for sheet in 5260 5267; do
+  run "label-calibration --sheet $sheet (user 1's offsets)" \
+    "$program" label-calibration --sheet "$sheet" --master "sqlite:$out/master.db" --user 1 \
+    --pdf "$out/printed/label-calibration-$sheet.pdf"
+done
+
 echo "== files"
 find "$out/Jobs" "$out/printed" "$out/preview" -type f | sort
 if [ "$failures" -ne 0 ]; then

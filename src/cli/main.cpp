@@ -20,6 +20,8 @@ const Subcommand kSubcommands[] = {
      qr::cli::runMakeSample},
     {"call", "run a typed print method with report data from a JSON file", qr::cli::runCall},
     {"request", "run a request string through PrintReport", qr::cli::runRequest},
+    {"label-calibration", "print a label sheet's calibration page, store the label offsets",
+     qr::cli::runLabelCalibration},
 };
 
 void printHelp(std::ostream& out) {
@@ -29,7 +31,7 @@ void printHelp(std::ostream& out) {
            "and exports PDF and Excel workbook files into the job's Reports folder.\n\n"
            "Commands:\n";
     for (const auto& command : kSubcommands) {
-        out << "  " << command.name << std::string(16 - std::strlen(command.name), ' ')
+        out << "  " << command.name << std::string(19 - std::strlen(command.name), ' ')
             << command.summary << "\n";
     }
     out << "\nRun 'quarvex-reports <command> --help' for a command's options.\n"

@@ -5,6 +5,7 @@
 #include "reports/cost/final_labor.hpp"
 #include "reports/cost/final_summary.hpp"
 #include "reports/glass/final_glass_report.hpp"
+#include "reports/glass/glass_cut_reports.hpp"
 #include "service/typed_calls.hpp"
 
 #include <vector>
@@ -57,11 +58,15 @@ std::vector<ReportRegistration> buildRegistry() {
         {"JobGlassByElevAR", {}, "jobglassbyelevar"},
         {"JobGlassWideByPartAR2", {}, "jobglasswidebypartar2"},
         {"JobGlassWideByElevAR2", {}, "jobglasswidebyelevar2"},
-        {"AR2GlassCutListings", {}, "ar2glasscutlistings"},
-        {"arAvery5260GlassLabels", {}, "aravery5260glasslabels", true},
-        {"arAvery5267AGlassLabels", {}, "aravery5267aglasslabels", true},
-        {"arAvery5267BGlassLabels", {}, "aravery5267bglasslabels", true},
-        {"arAvery5267CGlassLabels", {}, "aravery5267cglasslabels", true},
+        {"AR2GlassCutListings", make<reports::AR2GlassCutListings>(), "ar2glasscutlistings"},
+        {"arAvery5260GlassLabels", make<reports::arAvery5260GlassLabels>(),
+         "aravery5260glasslabels", true},
+        {"arAvery5267AGlassLabels", make<reports::arAvery5267AGlassLabels>(),
+         "aravery5267aglasslabels", true},
+        {"arAvery5267BGlassLabels", make<reports::arAvery5267BGlassLabels>(),
+         "aravery5267bglasslabels", true},
+        {"arAvery5267CGlassLabels", make<reports::arAvery5267CGlassLabels>(),
+         "aravery5267cglasslabels", true},
         {"ElevGlassAR", {}, "elevglassar"},
         {"ElevGlassAR2", {}, "elevglassar2"},
 

@@ -1,60 +1,19 @@
 // The quarvex-reports program as a host script runs it: a child process with arguments, judged
 // by its exit code, its standard streams and the files it leaves.
 
-#include "support/temp_dir.hpp"
+#include "cli/program.hpp"
 
-#include <array>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <sstream>
 #include <string>
-#include <sys/wait.h>
 #include <vector>
 
 namespace qr::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-struct Outcome {
-    int exitCode = -1;
-    std::string out;
-    std::string err;
-};
-
-std::string quoted(const std::string& arg) {
-    std::string q = "'";
-    for (char c : arg)
-        q += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return q + "'";
-}
-
-std::string readAll(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-// Runs the program with `args` (and `environment` assignments before it), headless.
-Outcome runProgram(const TempDir& dir, const std::vector<std::string>& args,
-                   const std::string& environment = "") {
-    const fs::path program = fs::path(QR_BINARY_DIR) / "bin" / "quarvex-reports";
-    std::string command =
-        "env QUARVEX_NONINTERACTIVE=1 QUARVEX_PREVIEW_DIR=" + quoted((dir / "preview").string()) +
-        " " + environment + " " + quoted(program.string());
-    for (const auto& a : args)
-        command += " " + quoted(a);
-    command += " >" + quoted((dir / "stdout").string()) + " 2>" + quoted((dir / "stderr").string());
-    const int status = std::system(command.c_str());
-    Outcome outcome;
-    outcome.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    outcome.out = readAll(dir / "stdout");
-    outcome.err = readAll(dir / "stderr");
-    return outcome;
-}
 
 TEST(Cli, UsageErrorsExitWithTwoAndSayWhatWasWrong) {
     TempDir dir;

@@ -82,6 +82,9 @@ class UserSettingService {
     /// The user's stored number for `name`, or `defaultValue` when none is stored.
     virtual std::int32_t getSetting(std::int32_t userId, const std::string& name,
                                     std::int32_t defaultValue) = 0;
+    /// Stores `value` as the user's `name` setting, replacing any stored before; the next
+    /// getSetting returns it. Raises qr::Error when it cannot be stored.
+    virtual void saveSetting(std::int32_t userId, const std::string& name, std::int32_t value) = 0;
 };
 
 class PathHelper {

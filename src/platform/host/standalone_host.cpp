@@ -96,7 +96,7 @@ class ConfigSettingService : public UserSettingService {
     }
 
   public:
-    explicit ConfigSettingService(const StandaloneConfig& config) : m_config(config) {}
+    explicit ConfigSettingService(StandaloneConfig& config) : m_config(config) {}
     void setConnection(ConnectionRef connection) override { m_connection = std::move(connection); }
     std::int32_t getSetting(std::int32_t userId, const std::string& name,
                             std::int32_t defaultValue) override {
@@ -113,9 +113,23 @@ class ConfigSettingService : public UserSettingService {
         auto it = m_config.settings.find({userId, name});
         return it == m_config.settings.end() ? defaultValue : it->second;
     }
+    // One row per user and name: the old row goes and the new one comes in one transaction,
+    // the same statements on every database.
+    void saveSetting(std::int32_t userId, const std::string& name, std::int32_t value) override {
+        if (!m_connection) {
+            m_config.settings[{userId, name}] = value;
+            return;
+        }
+        db::Transaction transaction(*m_connection);
+        m_connection->execute("DELETE FROM UserSettings WHERE UserID=? AND sName=?",
+                              {Variant(userId), Variant(name)});
+        m_connection->execute("INSERT INTO UserSettings (UserID, sName, iValue) VALUES (?, ?, ?)",
+                              {Variant(userId), Variant(name), Variant(value)});
+        transaction.commit();
+    }
 
   private:
-    const StandaloneConfig& m_config;
+    StandaloneConfig& m_config;
     ConnectionRef m_connection;
 };
 
