@@ -2,8 +2,8 @@
 // The design builder the four final glass reports share. Each report states its own table of
 // line columns (control, binding, format, position, headings) and a few layout choices; the
 // builder turns that into the whole design: the heading block, the column headings over the
-// columns, the four nested group headers, the type subtotal under each glass type, the page
-// number footer and the job totals block.
+// columns, the page header's caption over the last column, the four nested group headers, the
+// type subtotal under each glass type, the page number footer and the job totals block.
 
 #include "platform/engine/design/report_design.hpp"
 

@@ -1,8 +1,9 @@
 #pragma once
 // One run of a report: raises the events in their order, reads the rows, breaks groups,
-// computes summaries, lays out and paginates the bands, and resolves page numbers. A report
-// runs on pages (run()) or, as a sub-report, into one strip that becomes part of its parent's
-// section.
+// computes summaries, lays out and paginates the bands, resolves page numbers and lists the
+// texts cut to their boxes. A group footer is never left to open a page alone: the group's last
+// detail line goes with it. A report runs on pages (run()) or, as a sub-report, into one strip
+// that becomes part of its parent's section.
 
 #include "platform/engine/fill/band.hpp"
 #include "platform/engine/fill/band_builder.hpp"

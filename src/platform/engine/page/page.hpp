@@ -30,7 +30,8 @@ struct Pages {
     int marginLeft = 1440, marginTop = 1440, marginRight = 1440, marginBottom = 1440;
     std::vector<FontSpec> fonts; // fonts referenced by TextItem::font
     std::vector<Page> pages;
-    /// Texts cut to their boxes, in the order they were printed.
+    /// Texts cut to their boxes, page by page as the bands were printed (page counts, known
+    /// at the end of the run, last).
     std::vector<CutText> cutTexts;
 
     /// Index of `font` in `fonts`, added when new.
