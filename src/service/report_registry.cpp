@@ -5,6 +5,7 @@
 #include "reports/cost/final_labor.hpp"
 #include "reports/cost/final_summary.hpp"
 #include "reports/glass/final_glass_report.hpp"
+#include "reports/glass/glass_to_order.hpp"
 #include "service/typed_calls.hpp"
 
 #include <vector>
@@ -51,8 +52,10 @@ std::vector<ReportRegistration> buildRegistry() {
          TypedMethod{"PrintFinalGlassLandscapeReportWithoutPrices", kGlassParameters, true,
                      calls::finalGlassLandscapeWithoutPrices},
          FinalGlassARNP2::kExportSuffixes},
-        {"JobGlassToOrder", {}, "jobglasstoorder"},
-        {"JobGlassToOrder2", {}, "jobglasstoorder2"},
+        {"JobGlassToOrder", make<reports::JobGlassToOrder>(), "jobglasstoorder", false,
+         std::nullopt, reports::JobGlassToOrder::kExportSuffixes},
+        {"JobGlassToOrder2", make<reports::JobGlassToOrder2>(), "jobglasstoorder2", false,
+         std::nullopt, reports::JobGlassToOrder2::kExportSuffixes},
         {"JobGlassByPartAR", {}, "jobglassbypartar"},
         {"JobGlassByElevAR", {}, "jobglassbyelevar"},
         {"JobGlassWideByPartAR2", {}, "jobglasswidebypartar2"},
