@@ -6,6 +6,7 @@
 #include "reports/cost/final_summary.hpp"
 #include "reports/glass/final_glass_report.hpp"
 #include "reports/glass/glass_to_order.hpp"
+#include "reports/glass/job_glass_report.hpp"
 #include "service/typed_calls.hpp"
 
 #include <vector>
@@ -56,10 +57,10 @@ std::vector<ReportRegistration> buildRegistry() {
          std::nullopt, reports::JobGlassToOrder::kExportSuffixes},
         {"JobGlassToOrder2", make<reports::JobGlassToOrder2>(), "jobglasstoorder2", false,
          std::nullopt, reports::JobGlassToOrder2::kExportSuffixes},
-        {"JobGlassByPartAR", {}, "jobglassbypartar"},
-        {"JobGlassByElevAR", {}, "jobglassbyelevar"},
-        {"JobGlassWideByPartAR2", {}, "jobglasswidebypartar2"},
-        {"JobGlassWideByElevAR2", {}, "jobglasswidebyelevar2"},
+        {"JobGlassByPartAR", make<reports::JobGlassByPartAR>(), "jobglassbypartar"},
+        {"JobGlassByElevAR", make<reports::JobGlassByElevAR>(), "jobglassbyelevar"},
+        {"JobGlassWideByPartAR2", make<reports::JobGlassWideByPartAR2>(), "jobglasswidebypartar2"},
+        {"JobGlassWideByElevAR2", make<reports::JobGlassWideByElevAR2>(), "jobglasswidebyelevar2"},
         {"AR2GlassCutListings", {}, "ar2glasscutlistings"},
         {"arAvery5260GlassLabels", {}, "aravery5260glasslabels", true},
         {"arAvery5267AGlassLabels", {}, "aravery5267aglasslabels", true},
