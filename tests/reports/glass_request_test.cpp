@@ -5,6 +5,10 @@
 #include "platform/core/number_format.hpp"
 #include "reports/support/glass_request_fixture.hpp"
 #include "service/report_objects.hpp"
+#include "support/readers/file_readers.hpp"
+
+#include <algorithm>
+#include <cctype>
 
 namespace qr::test {
 namespace {
@@ -24,82 +28,100 @@ class GlassSampleRequestTest : public GlassRequestTest {
 constexpr std::string_view kArea = "###,###.00";
 constexpr std::string_view kMoney = "$###,###.00";
 
-TEST_P(GlassSampleRequestTest, TheGlassOrderOfTheSampleJob) {
-    const std::string table = "GlassOrderReport1";
-    for (const char* name : {"jobglasstoorder", "jobglasstoorder2"}) {
-        SCOPED_TRACE(name);
-        const auto printed =
-            printRequest(std::string(name) + " " + table + " false 1 1 false false false |x |");
-        EXPECT_TRUE(shownMessages().empty()) << shownMessages().front();
-        const std::string className =
-            std::string(name) == "jobglasstoorder" ? "JobGlassToOrder" : "JobGlassToOrder2";
-        const page::Pages& pages = service::reportObject(className).pages();
-
-        EXPECT_GT(pages.pages.size(), 1u);
-        EXPECT_GT(costTexts(pages, "Field13").size(), 3u);
-        EXPECT_GT(costTexts(pages, "lSqrFtSubTot").size(), 5u);
-        EXPECT_EQ(costText(pages, "lAreaGrandTotal"), sum("SUM(iElevQty * pSqrFt)", table, kArea));
-        EXPECT_EQ(costText(pages, "lBlockGrandTotal"),
-                  sum("SUM(iElevQty * pBlockSize)", table, kArea));
-        EXPECT_EQ(costText(pages, "fTotalPieces"), sum("SUM(iElevQty)", table, "0"));
-        writeCostPngs(pages, std::string("sample-") + className);
-
-        const std::string text = costPdfText(printed);
-        EXPECT_NE(text.find("Glass to Order for Job:"), std::string::npos);
-        EXPECT_NE(text.find(kGlassSampleJob), std::string::npos);
-        EXPECT_NE(text.find("E1-A1"), std::string::npos);
-    }
-}
-
-TEST_P(GlassSampleRequestTest, TheGlassTakeoffOfTheSampleJob) {
-    const std::string table = "GlassTakeoffReport1";
+TEST_P(GlassSampleRequestTest, EachRequestPrintsTheSampleJobsTableOverSeveralPages) {
+    const std::string order = "GlassOrderReport1";
+    const std::string takeoff = "GlassTakeoffReport1";
+    struct Total {
+        const char* control;
+        const char* sum;
+        std::string_view format;
+    };
     struct Case {
         const char* request;
         const char* className;
-        bool byElevation;
-        bool wide;
+        std::string table;
+        const char* title;
+        std::vector<Total> totals;
+        std::string groups; // the distinct groups a group footer closes, as SQL
     };
+    const std::vector<Total> orderTotals{{"lAreaGrandTotal", "SUM(iElevQty * pSqrFt)", kArea},
+                                         {"lBlockGrandTotal", "SUM(iElevQty * pBlockSize)", kArea},
+                                         {"fTotalPieces", "SUM(iElevQty)", "0"}};
+    std::vector<Total> takeoffTotals{{"lAreaGrandTotal", "SUM(pSqrFt * iGqty)", kArea},
+                                     {"lGrandTotal", "SUM(ptotals)", kMoney},
+                                     {"fTotalPieces", "SUM(iGqty)", "0"}};
+    std::vector<Total> wideTotals = takeoffTotals;
+    wideTotals.push_back({"lBlkAreaGTot", "SUM(pblksqrft * iGqty)", kArea});
+    wideTotals.push_back({"lBlockGTotal", "SUM(pblkpricetotal)", kMoney});
+    const std::string byPart = "SELECT DISTINCT sDesc, sPNum FROM " + takeoff;
+    const std::string byElevation = "SELECT DISTINCT iElevSort, sDesc, sPNum FROM " + takeoff;
     const Case cases[] = {
-        {"jobglassbypartar", "JobGlassByPartAR", false, false},
-        {"jobglassbyelevar", "JobGlassByElevAR", true, false},
-        {"jobglasswidebypartar2", "JobGlassWideByPartAR2", false, true},
-        {"jobglasswidebyelevar2", "JobGlassWideByElevAR2", true, true},
+        {"jobglasstoorder", "JobGlassToOrder", order, "Glass to Order for Job:", orderTotals,
+         "SELECT DISTINCT sDescription FROM " + order},
+        {"jobglasstoorder2", "JobGlassToOrder2", order, "Glass to Order for Job:", orderTotals,
+         "SELECT DISTINCT sDescription FROM " + order},
+        {"jobglassbypartar", "JobGlassByPartAR", takeoff, "Glass Report for Job:", takeoffTotals,
+         byPart},
+        {"jobglassbyelevar", "JobGlassByElevAR", takeoff, "Glass Report for Job:", takeoffTotals,
+         byElevation},
+        {"jobglasswidebypartar2", "JobGlassWideByPartAR2", takeoff,
+         "Glass Report for Job:", wideTotals, byPart},
+        {"jobglasswidebyelevar2", "JobGlassWideByElevAR2", takeoff,
+         "Glass Report for Job:", wideTotals, byElevation},
     };
-    const long parts =
-        count("SELECT COUNT(*) AS N FROM (SELECT DISTINCT sDesc, sPNum FROM " + table + ") p");
-    const long elevationParts = count("SELECT COUNT(*) AS N FROM (SELECT DISTINCT iElevSort, "
-                                      "sDesc, sPNum FROM " +
-                                      table + ") p");
-    const long elevations =
-        count("SELECT COUNT(*) AS N FROM (SELECT DISTINCT iElevSort FROM " + table + ") e");
     for (const Case& c : cases) {
         SCOPED_TRACE(c.request);
-        const auto printed = printRequest(std::string(c.request) + " " + table +
+        const auto printed = printRequest(std::string(c.request) + " " + c.table +
                                           " false 1 1 false false false |x |");
         EXPECT_TRUE(shownMessages().empty()) << shownMessages().front();
         const page::Pages& pages = service::reportObject(c.className).pages();
-
-        EXPECT_GT(pages.pages.size(), 1u);
-        EXPECT_EQ(static_cast<long>(costTexts(pages, "lSqrFtSubTot").size()),
-                  c.byElevation ? elevationParts : parts);
-        EXPECT_EQ(static_cast<long>(costTexts(pages, "lElevSqrFtSubTot").size()),
-                  c.byElevation ? elevations : 0);
-        EXPECT_EQ(costText(pages, "lAreaGrandTotal"), sum("SUM(pSqrFt * iGqty)", table, kArea));
-        EXPECT_EQ(costText(pages, "lGrandTotal"), sum("SUM(ptotals)", table, kMoney));
-        EXPECT_EQ(costText(pages, "fTotalPieces"), sum("SUM(iGqty)", table, "0"));
-        if (c.wide) {
-            EXPECT_EQ(costText(pages, "lBlkAreaGTot"), sum("SUM(pblksqrft * iGqty)", table, kArea));
-            EXPECT_EQ(costText(pages, "lBlockGTotal"), sum("SUM(pblkpricetotal)", table, kMoney));
-        } else {
-            // Every item of the sample is priced.
-            EXPECT_TRUE(costTexts(pages, "lWarning").empty());
-        }
         writeCostPngs(pages, std::string("sample-") + c.className);
 
-        const std::string text = costPdfText(printed);
-        EXPECT_NE(text.find("Glass Report for Job:"), std::string::npos);
-        EXPECT_NE(text.find("- Type Totals -"), std::string::npos);
-        EXPECT_EQ(text.find("- Elevation Totals -") != std::string::npos, c.byElevation);
+        EXPECT_GT(pages.pages.size(), 1u);
+        const long groups = count("SELECT COUNT(*) AS N FROM (" + c.groups + ") g");
+        EXPECT_GE(groups, 5);
+        // The glass order's glass-type groups split further where part types interleave.
+        EXPECT_GE(static_cast<long>(costTexts(pages, "lSqrFtSubTot").size()), groups);
+        for (const Total& total : c.totals)
+            EXPECT_EQ(costText(pages, total.control), sum(total.sum, c.table, total.format))
+                << total.control;
+        // Every item of the sample is priced.
+        EXPECT_TRUE(costTexts(pages, "lWarning").empty());
+
+        const std::string text = pdfText(printed);
+        EXPECT_NE(text.find(c.title), std::string::npos);
+        EXPECT_NE(text.find(kGlassSampleJob), std::string::npos);
+    }
+}
+
+TEST_P(GlassSampleRequestTest, ANullTheReportNeedsIsShownNamingTheColumnAndTheTable) {
+    // The sample's own tables with one value taken out; nothing prints.
+    struct Case {
+        const char* request;
+        const char* copyOf;
+        const char* column;
+    };
+    const Case cases[] = {
+        {"jobglasstoorder", "GlassOrderReport1", "pSqrFt"},
+        {"jobglasstoorder2", "GlassOrderReport1", "sLeftHeight"},
+        {"jobglassbypartar", "GlassTakeoffReport1", "ptotals"},
+        {"jobglasswidebyelevar2", "GlassTakeoffReport1", "pblkpricetotal"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.request);
+        const std::string table = std::string("Holey_") + c.column;
+        execVendor("CREATE TABLE " + table + " AS SELECT * FROM " + c.copyOf);
+        execVendor("UPDATE " + table + " SET " + c.column + " = NULL");
+        const auto printed = printRequest(std::string(c.request) + " " + table +
+                                          " false 1 1 false false false |x |");
+        const auto shown = shownMessages();
+        ASSERT_EQ(shown.size(), 1u);
+        std::string lower = table;
+        std::transform(lower.begin(), lower.end(), lower.begin(), ::tolower);
+        EXPECT_EQ(shown[0], "Error Encountered: Invalid use of Null: " + std::string(c.column) +
+                                " of the report table " + lower + " is empty (Null).");
+        EXPECT_FALSE(std::filesystem::exists(printed));
+        m_host->messages->shown.clear();
     }
 }
 

@@ -35,8 +35,8 @@ JobGlassReport::Figures& JobGlassReport::Figures::operator+=(const Figures& othe
     return *this;
 }
 
-JobGlassReport::JobGlassReport(engine::ReportDesign design, JobGlassOptions options)
-    : RequestReport(std::move(design), {nullptr, nullptr}), m_options(options) {
+JobGlassReport::JobGlassReport(Setup setup)
+    : RequestReport(std::move(setup.design), {nullptr, nullptr}), m_options(setup.options) {
     onFormat("Detail", &JobGlassReport::detailFormat);
     onFormat("ghTypeFooter", &JobGlassReport::ghTypeFooterFormat);
     if (m_options.byElevation)

@@ -33,10 +33,16 @@ struct JobGlassOptions {
 
 class JobGlassReport : public RequestReport {
   public:
+    /// What one of the four is made of: its design, and the options its handlers follow.
+    struct Setup {
+        engine::ReportDesign design;
+        JobGlassOptions options;
+    };
+
     const JobGlassOptions& options() const { return m_options; }
 
   protected:
-    JobGlassReport(engine::ReportDesign design, JobGlassOptions options);
+    explicit JobGlassReport(Setup setup);
 
     /// Binds the report to the request's take-off table in the order of its groups, fills the
     /// heading and starts every figure from zero.
