@@ -73,6 +73,14 @@ request "finalsummaryar FramingReport1 false 1 1 true true false |x |48-12-2-310
 request "finalsummaryar2 FramingReport1 false 1 1 true true false |x |48-12-2-310.5-4"
 request "finallaborar LaborReport1 false 1 1 true true false |x |"
 
+echo "== glass reports (request strings)"
+request "jobglasstoorder GlassOrderReport1 false 1 1 true true false |x |"
+request "jobglasstoorder2 GlassOrderReport1 false 1 1 true true false |x |"
+request "jobglassbypartar GlassTakeoffReport1 false 1 1 false false false |x |"
+request "jobglassbyelevar GlassTakeoffReport1 false 1 1 false false false |x |"
+request "jobglasswidebypartar2 GlassTakeoffReport1 false 1 1 false false false |x |"
+request "jobglasswidebyelevar2 GlassTakeoffReport1 false 1 1 false false false |x |"
+
 echo "== glass cut listing and glass labels (request strings)"
 request "ar2glasscutlistings GlassCutReport1 false 1 1 false false false |x |"
 request "aravery5260glasslabels GlassCutReport1 false 1 1 false false false |x |"

@@ -6,6 +6,8 @@
 #include "reports/cost/final_summary.hpp"
 #include "reports/glass/final_glass_report.hpp"
 #include "reports/glass/glass_cut_reports.hpp"
+#include "reports/glass/glass_to_order.hpp"
+#include "reports/glass/job_glass_report.hpp"
 #include "service/typed_calls.hpp"
 
 #include <vector>
@@ -52,12 +54,14 @@ std::vector<ReportRegistration> buildRegistry() {
          TypedMethod{"PrintFinalGlassLandscapeReportWithoutPrices", kGlassParameters, true,
                      calls::finalGlassLandscapeWithoutPrices},
          FinalGlassARNP2::kExportSuffixes},
-        {"JobGlassToOrder", {}, "jobglasstoorder"},
-        {"JobGlassToOrder2", {}, "jobglasstoorder2"},
-        {"JobGlassByPartAR", {}, "jobglassbypartar"},
-        {"JobGlassByElevAR", {}, "jobglassbyelevar"},
-        {"JobGlassWideByPartAR2", {}, "jobglasswidebypartar2"},
-        {"JobGlassWideByElevAR2", {}, "jobglasswidebyelevar2"},
+        {"JobGlassToOrder", make<reports::JobGlassToOrder>(), "jobglasstoorder", false,
+         std::nullopt, reports::JobGlassToOrder::kExportSuffixes},
+        {"JobGlassToOrder2", make<reports::JobGlassToOrder2>(), "jobglasstoorder2", false,
+         std::nullopt, reports::JobGlassToOrder2::kExportSuffixes},
+        {"JobGlassByPartAR", make<reports::JobGlassByPartAR>(), "jobglassbypartar"},
+        {"JobGlassByElevAR", make<reports::JobGlassByElevAR>(), "jobglassbyelevar"},
+        {"JobGlassWideByPartAR2", make<reports::JobGlassWideByPartAR2>(), "jobglasswidebypartar2"},
+        {"JobGlassWideByElevAR2", make<reports::JobGlassWideByElevAR2>(), "jobglasswidebyelevar2"},
         {"AR2GlassCutListings", make<reports::AR2GlassCutListings>(), "ar2glasscutlistings"},
         {"arAvery5260GlassLabels", make<reports::arAvery5260GlassLabels>(),
          "aravery5260glasslabels", true},

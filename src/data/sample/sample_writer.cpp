@@ -221,13 +221,13 @@ std::vector<Row> reportRows(ReportTableKind kind, const JobPlan& job) {
         break;
     case ReportTableKind::GlassTakeoff:
         for (const GlassLine& g : glassLines(job))
-            rows.push_back({text(g.elevation->code + " " + g.elevation->name),
-                            whole(g.elevationSort), text(g.product->description),
-                            text(g.product->typeLabel), text(g.label()), whole(g.quantity),
-                            text(g.width), text(g.leftHeight), text(g.rightHeight),
-                            Variant(g.product->pricePerSqFt), Variant(g.area),
-                            Variant(roundHalfEven(g.area * g.quantity * g.product->pricePerSqFt, 2)),
-                            Variant(g.priceTotal), text(g.blockSize()), Variant(g.blockArea)});
+            rows.push_back(
+                {text(g.elevation->code + " " + g.elevation->name), whole(g.elevationSort),
+                 text(g.product->description), text(g.product->typeLabel),
+                 text(g.product->typeLabel), whole(g.quantity), text(g.width), text(g.leftHeight),
+                 text(g.rightHeight), Variant(g.product->pricePerSqFt), Variant(g.area),
+                 Variant(roundHalfEven(g.area * g.quantity * g.product->pricePerSqFt, 2)),
+                 Variant(g.priceTotal), text(g.blockSize()), Variant(g.blockArea)});
         break;
     case ReportTableKind::GlassToOrder:
     case ReportTableKind::GlassCut:
@@ -235,12 +235,14 @@ std::vector<Row> reportRows(ReportTableKind kind, const JobPlan& job) {
         for (const GlassLine& g : glassLines(job)) {
             for (int n = 1; n <= g.lite->perElevation; ++n) {
                 const std::string label = g.label() + std::to_string(n);
+                // The order's position is within the elevation (A1); the code is beside it.
                 if (kind == ReportTableKind::GlassToOrder)
                     rows.push_back({text(g.product->description), text(g.lite->partType),
-                                    text(g.product->typeLabel), text(g.product->glassType), text(g.width),
-                                    text(g.leftHeight), text(g.rightHeight), text(label),
-                                    text(g.elevation->code), whole(g.elevation->quantity),
-                                    Variant(g.area), Variant(g.blockArea)});
+                                    text(g.product->typeLabel), text(g.product->glassType),
+                                    text(g.width), text(g.leftHeight), text(g.rightHeight),
+                                    text(g.lite->mark + std::to_string(n)), text(g.elevation->code),
+                                    whole(g.elevation->quantity), Variant(g.area),
+                                    Variant(g.blockArea)});
                 else
                     rows.push_back({text(job.name),
                                     text(g.elevation->code + " " + g.elevation->name),

@@ -11,8 +11,8 @@
 #include "reports/common/heading.hpp"
 #include "reports/common/page_footer.hpp"
 #include "reports/common/print_reports.hpp"
+#include "reports/common/request_report.hpp"
 
-#include <map>
 #include <string>
 #include <string_view>
 
@@ -59,35 +59,10 @@ std::string requiredText(const RowCursor& row, std::string_view column, std::str
 /// The text of `column`, or "" when it is Null.
 std::string textOrEmpty(const RowCursor& row, std::string_view column);
 
-/// Base of the cost reports.
-class CostReport : public engine::Report {
+/// Base of the cost reports: the request route of every report asked for by a request string.
+class CostReport : public RequestReport {
   protected:
-    /// `suffixes` name the export files of the report (appended to the job name).
-    CostReport(engine::ReportDesign design, ExportSuffixes suffixes);
-
-    /// The request's vendor and master connections; Error 91 naming the report and the
-    /// connection when the report runs outside a request.
-    db::Connection& vendorConnection() const;
-    db::Connection& masterConnection() const;
-
-    /// Puts every label back to its design caption. Called first thing in each run, so that a
-    /// lookup that finds nothing shows the design text ("xx") and not the last request's.
-    void restoreDesignCaptions();
-
-    /// Binds the report to `source` on the vendor connection: static cursor, optimistic
-    /// locking (the two cursor settings 3), opened at once.
-    void openDataSource(const std::string& source);
-
-    /// The page-number footer: "Page  n of  m" in txtPageNumber.
-    void pageFooterFormat();
-
-    /// Exports the finished pages as the request asked: the workbook, then the PDF, each named
-    /// after the request's job.
-    void reportEnd() override;
-
-  private:
-    ExportSuffixes m_suffixes;
-    std::map<std::string, std::string> m_designCaptions;
+    using RequestReport::RequestReport;
 };
 
 } // namespace qr::reports::cost
