@@ -39,8 +39,6 @@ class JobGlassReport : public RequestReport {
         JobGlassOptions options;
     };
 
-    const JobGlassOptions& options() const { return m_options; }
-
   protected:
     explicit JobGlassReport(Setup setup);
 
