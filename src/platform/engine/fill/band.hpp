@@ -36,12 +36,15 @@ struct Band {
     std::vector<DeferredText> deferred;
     std::vector<ItemSource> sources;
     int height = 0;
+    /// The part of the page the band prints in; its text and check-box items carry it.
+    page::PageBand pageBand = page::PageBand::Body;
 
     void clear() {
         items.clear();
         deferred.clear();
         sources.clear();
         height = 0;
+        pageBand = page::PageBand::Body;
     }
 };
 

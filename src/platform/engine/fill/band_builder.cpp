@@ -1,6 +1,7 @@
 #include "platform/engine/fill/band_builder.hpp"
 
 #include "platform/core/convert.hpp"
+#include "platform/core/number_format.hpp"
 #include "platform/engine/controls.hpp"
 
 #include <algorithm>
@@ -43,6 +44,17 @@ std::string joinRuns(const std::vector<page::TextRun>& runs) {
     return out;
 }
 
+page::PageBand pageBandOf(const Section& section) {
+    switch (section.kind()) {
+    case SectionKind::PageHeader:
+        return page::PageBand::Header;
+    case SectionKind::PageFooter:
+        return page::PageBand::Footer;
+    default:
+        return page::PageBand::Body;
+    }
+}
+
 } // namespace
 
 BandBuilder::BandBuilder(TextLayout& text, SubReportRunner runSubReport)
@@ -56,6 +68,7 @@ int BandBuilder::fontOf(Control& control) {
 
 void BandBuilder::build(Section& section, Band& band) {
     band.clear();
+    band.pageBand = pageBandOf(section);
     m_placed.clear();
     const bool sectionGrows = section.canGrow();
     for (Control* control : section.controls()) {
@@ -127,6 +140,7 @@ int BandBuilder::addText(Control& control, const Section& section, std::string t
     item.background = s.background;
     item.control = s.name;
     item.section = section.name();
+    item.pageBand = band.pageBand;
     const int needed = fillText(item, control, std::move(text), grow);
     const int growth = grow ? std::max(0, needed - item.box.height) : 0;
     item.box.height += growth;
@@ -149,10 +163,14 @@ int BandBuilder::fillText(page::TextItem& item, Control& control, std::string te
     }
     item.numericValue.reset();
     item.format.clear();
-    if (control.kind() == ControlKind::TextBox) {
+    if (control.m_number && control.kind() != ControlKind::CheckBox) {
+        item.numericValue = control.m_number->value;
+        item.format = control.m_number->format;
+    } else if (control.kind() == ControlKind::TextBox) {
         auto& box = static_cast<TextBox&>(control);
         if (box.m_source == TextBox::TextSource::Formatted && box.m_value.isNumeric()) {
-            item.numericValue = toDouble(box.m_value);
+            // The decimal value the format rounded, as printed (a Single at its 7 digits).
+            item.numericValue = shownNumber(box.m_value).value_or(toDouble(box.m_value));
             item.format = box.outputFormat();
         }
     }
@@ -169,6 +187,7 @@ void BandBuilder::addDeferred(TextBox& box, const Section& section, Band& band) 
     item.background = s.background;
     item.control = s.name;
     item.section = section.name();
+    item.pageBand = band.pageBand;
     band.deferred.push_back(DeferredText{static_cast<int>(band.items.size()), s.summary.kind,
                                          s.outputFormat, s.wordWrap});
     band.items.emplace_back(std::move(item));
@@ -181,7 +200,8 @@ void BandBuilder::addCheckBox(Control& control, const Section& section, Band& ba
     const page::Rect square{s.rect.x, s.rect.y + (s.rect.height - side) / 2, side, side};
     band.sources.push_back(
         ItemSource{static_cast<int>(band.items.size()), &control, control.m_revision, square});
-    band.items.emplace_back(page::CheckBoxItem{square, box.checked(), s.name, section.name()});
+    band.items.emplace_back(
+        page::CheckBoxItem{square, box.checked(), s.name, section.name(), band.pageBand});
     if (s.caption.empty())
         return;
     page::TextItem caption;
@@ -192,6 +212,7 @@ void BandBuilder::addCheckBox(Control& control, const Section& section, Band& ba
     caption.color = s.color;
     caption.control = s.name;
     caption.section = section.name();
+    caption.pageBand = band.pageBand;
     fillText(caption, control, s.caption, false);
     band.items.emplace_back(std::move(caption));
 }
@@ -204,6 +225,7 @@ int BandBuilder::addSubReport(SubReport& box, const Section&, Band& band) {
     const int base = static_cast<int>(band.items.size());
     for (page::Item& item : m_strip.items) {
         offset(item, box.left(), box.top());
+        setPageBand(item, band.pageBand);
         band.items.push_back(std::move(item));
     }
     for (DeferredText& d : m_strip.deferred) {
@@ -280,6 +302,7 @@ void BandBuilder::refresh(Band& band) {
             item.background = s.background;
             item.control = s.name;
             item.section = control.sectionName();
+            item.pageBand = band.pageBand;
             source.item = static_cast<int>(band.items.size());
             band.items.emplace_back(std::move(item));
         }
@@ -393,6 +416,13 @@ void BandBuilder::resolve(page::TextItem& item, std::string text, bool wrap) {
         run.x += item.box.x;
         run.baseline += item.box.y;
     }
+}
+
+void BandBuilder::setPageBand(page::Item& item, page::PageBand pageBand) {
+    if (auto* text = std::get_if<page::TextItem>(&item))
+        text->pageBand = pageBand;
+    else if (auto* check = std::get_if<page::CheckBoxItem>(&item))
+        check->pageBand = pageBand;
 }
 
 void BandBuilder::offset(page::Item& item, int dx, int dy) {

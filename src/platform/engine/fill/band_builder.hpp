@@ -36,6 +36,9 @@ class BandBuilder {
 
     /// Move an item by (dx, dy).
     static void offset(page::Item& item, int dx, int dy);
+    /// Mark a text or check-box item as printed in `pageBand` (a sub-report's items take the
+    /// band of the section they print in).
+    static void setPageBand(page::Item& item, page::PageBand pageBand);
 
   private:
     struct Placed {
