@@ -458,8 +458,7 @@ NumberFormat NumberFormat::parse(std::string_view pattern) {
         parsed->kind = FormatKind::General;
         parsed->excel = "General";
     } else if (equalsNoCase(pattern, "Currency")) {
-        parsed->kind = FormatKind::SystemCurrency;
-        parsed->excel = "$#,##0.00";
+        parsed->kind = FormatKind::SystemCurrency; // its Excel form follows the locale
     } else if (equalsNoCase(pattern, "Yes/No") || equalsNoCase(pattern, "True/False") ||
                equalsNoCase(pattern, "On/Off")) {
         char first = pattern[0] | 0x20;
@@ -616,6 +615,9 @@ std::string NumberFormat::format(const Variant& value) const {
 }
 
 std::string NumberFormat::excelPattern() const {
+    if (m_parsed->kind == FormatKind::SystemCurrency) {
+        return systemFormats().currencyExcelPattern();
+    }
     return m_parsed->excel;
 }
 

@@ -52,7 +52,8 @@ class NumberFormat {
 
     /// The pattern in Excel's number-format syntax, for the workbook writer: the same
     /// placeholders, literal letters and digits escaped with a backslash, a lone quote as
-    /// \", empty sections spelled out, no Null section; "General" for the general format.
+    /// \", empty sections spelled out, no Null section; "General" for the general format and
+    /// the system's currency format for "Currency".
     std::string excelPattern() const;
 
   private:
