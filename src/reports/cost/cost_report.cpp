@@ -2,7 +2,6 @@
 
 #include "platform/core/convert.hpp"
 #include "platform/core/error.hpp"
-#include "platform/core/number_format.hpp"
 #include "platform/core/system_formats.hpp"
 #include "platform/host/module_state.hpp"
 #include "reports/common/page_footer.hpp"
@@ -33,14 +32,6 @@ db::Connection& requestConnection(const host::ConnectionRef& connection, const s
 }
 
 } // namespace
-
-std::string moneyText(double value, std::string_view pattern) {
-    return formatValue(Variant(decimalText(value, true)), pattern);
-}
-
-std::string moneyText(float value, std::string_view pattern) {
-    return formatValue(Variant(decimalTextSingle(value, true)), pattern);
-}
 
 float pricePerSquareFoot(double amount, double area) {
     return static_cast<float>(roundHalfEven(amount / area, 2));
