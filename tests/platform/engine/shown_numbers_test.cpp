@@ -109,19 +109,6 @@ TEST(ShownNumbers, ATextSetLaterAndABoundValueReplaceTheNumber) {
                                         "set as text"}));
 }
 
-TEST(ShownNumbers, AFormatThatDoesNotParseNamesTheReportAndControl) {
-    ListReport report(figuresDesign(), {"n"}, {V{1.0}});
-    report.onFormat("Detail", [&] { report.label("lFigure").setNumber(1.0, "\\"); });
-    try {
-        report.run();
-        FAIL() << "no error for a format ending in a lone backslash";
-    } catch (const Error& e) {
-        EXPECT_NE(e.description().find("Figures: number format \"\\\" of lFigure"),
-                  std::string::npos)
-            << e.description();
-    }
-}
-
 TEST(PageBands, ItemsSayWhetherThePageHeaderBodyOrFooterPrintedThem) {
     ListReport report(figuresDesign(), {"n"}, {V{1.0}, V{2.0}});
     report.onFormat("PageFooter", [&] { report.checkBox("Printed").setChecked(true); });

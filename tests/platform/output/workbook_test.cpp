@@ -2,7 +2,6 @@
 // libfreexl does not report, are checked by walking the records of the "Workbook" stream.
 #include "platform/core/error.hpp"
 #include "platform/output/workbook.hpp"
-#include "support/readers/workbook_layout.hpp"
 #include "support/temp_dir.hpp"
 
 #include <cstring>
@@ -316,46 +315,6 @@ TEST(WorkbookReadBack, CellsStandWhereThePagesPutThem) {
                                "Job Glass Report||", "Part|Glass|Price",
                                "P-1|1/4\" clear\ntempered|=10.25", "Page 1||", "Job Glass Report||",
                                "Part|Glass|Price", "P-2|1/4\" clear\ntempered|=20.5", "Page 2||"}));
-}
-
-TEST(WorkbookReadBack, ColumnsAreAsWideAsTheirTextsWithMergesAndTheFooterInPlace) {
-    // Printed widths in twips (15 to a pixel at 96 pixels an inch).
-    page::TextItem title = text(720, 0, 10000, "Riverside Medical Office Building");
-    title.runs = {{720, 190, 5000, title.text}};
-    std::vector<page::Item> items = {title};
-    for (int c = 0; c < 4; ++c) {
-        items.push_back(text(720 + 1440 * c, 300, 1000, std::string(1, char('A' + c))));
-    }
-    page::TextItem figure = number(2160, 600, 36746.98, "$36,746.98", "$###,###.00");
-    figure.runs = {{2160, 790, 2000, figure.text}};
-    items.push_back(figure);
-    page::TextItem pageCount = text(8520, 14400, 3000, "Page  1 of  1", Align::Right);
-    pageCount.numericValue = 1;
-    pageCount.pageBand = page::PageBand::Footer;
-    items.push_back(pageCount);
-    test::TempDir dir;
-    writeWorkbook(pagesOf("Room", {items}), dir / "room.xls");
-
-    const test::WorkbookLayout layout = test::readWorkbookLayout(dir / "room.xls");
-    ASSERT_EQ(layout.sheets.size(), 1U);
-    const test::SheetLayout& sheet = layout.sheets[0];
-    EXPECT_EQ(sheet.footer, "&RPage  &P of  &N");
-    ASSERT_EQ(sheet.merged.size(), 1U);
-    const test::MergedRange& merge = sheet.merged[0];
-    EXPECT_EQ(merge.firstRow, 0U);
-    EXPECT_EQ(merge.lastRow, 0U);
-    EXPECT_EQ(merge.firstColumn, 0U);
-    int titleRoom = -5;
-    for (unsigned short c = merge.firstColumn; c <= merge.lastColumn; ++c) {
-        titleRoom += layout.columnPixels(sheet, c);
-    }
-    EXPECT_GE(titleRoom, 5000 / 15);
-    EXPECT_GE(layout.columnPixels(sheet, 1) - 5, 2000 / 15);
-    // The short texts' columns keep the printed spacing, 96 pixels.
-    EXPECT_GE(layout.columnPixels(sheet, 2), 96);
-    EXPECT_LE(layout.columnPixels(sheet, 2), 96 + 7);
-    FreeXl book(dir / "room.xls");
-    EXPECT_EQ(book.select(0), std::make_pair(3U, 4U)); // no footer row
 }
 
 TEST(WorkbookReadBack, SharedStringsPastOneRecordComeBackWhole) {

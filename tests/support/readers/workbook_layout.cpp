@@ -25,7 +25,6 @@ constexpr std::uint16_t kDefColWidth = 0x0055;
 constexpr std::uint16_t kColInfo = 0x007D;
 constexpr std::uint16_t kRow = 0x0208;
 constexpr std::uint16_t kMergedCells = 0x00E5;
-constexpr std::uint16_t kHeader = 0x0014;
 constexpr std::uint16_t kFooter = 0x0015;
 constexpr std::uint16_t kWorksheet = 0x0010;
 // Cell records whose first six bytes are row, column and XF index.
@@ -125,9 +124,8 @@ void readSheetRecord(SheetLayout& sheet, std::uint16_t type, const Bytes& r) {
             const std::size_t at = 2 + 8 * i;
             sheet.merged.push_back({r.u16(at), r.u16(at + 2), r.u16(at + 4), r.u16(at + 6)});
         }
-    } else if (type == kHeader || type == kFooter) {
-        std::string text = r.size() == 0 ? std::string() : r.chars(2, r.u16(0));
-        (type == kHeader ? sheet.header : sheet.footer) = text;
+    } else if (type == kFooter) {
+        sheet.footer = r.size() == 0 ? std::string() : r.chars(2, r.u16(0));
     } else if (std::find(std::begin(kCellRecords), std::end(kCellRecords), type) !=
                std::end(kCellRecords)) {
         sheet.cellXfs[{r.u16(0), r.u16(2)}] = r.u16(4);
@@ -139,15 +137,13 @@ void readGlobalRecord(WorkbookLayout& layout, std::vector<std::string>& names, s
     if (type == kFont) {
         WorkbookFont font;
         font.points = r.u16(0) / 20.0;
-        font.italic = (r.u16(2) & 0x02) != 0;
         font.bold = r.u16(6) >= 700;
-        font.name = r.chars(15, r.u8(14));
         const auto index = static_cast<std::uint16_t>(layout.fonts.size());
         layout.fonts[index >= 4 ? index + 1 : index] = font;
     } else if (type == kFormat) {
         layout.formats[r.u16(0)] = r.chars(4, r.u16(2));
     } else if (type == kXf) {
-        layout.xfs.push_back({r.u16(0), r.u16(2), (r.u8(6) & 0x08) != 0});
+        layout.xfs.push_back({r.u16(0), r.u16(2)});
     } else if (type == kBoundSheet) {
         names.push_back(r.chars(7, r.u8(6)));
     }

@@ -1,7 +1,7 @@
 #pragma once
 // How a workbook looks, as opposed to what its cells hold (readWorkbook): the column widths,
-// fonts and number formats of cells, merged ranges, row heights and the page header and footer
-// of each sheet. libfreexl reads values only, so this reads the "Workbook" stream's BIFF8
+// fonts and number formats of cells, merged ranges, row heights and the page footer of each
+// sheet. libfreexl reads values only, so this reads the "Workbook" stream's BIFF8
 // records itself, through libgsf's compound-file reader; it shares nothing with the writer.
 //
 // It also knows how wide a text comes out in Excel: the glyph advances of Arial (Liberation
@@ -22,15 +22,12 @@ namespace qr::test {
 struct WorkbookFont {
     double points = 10;
     bool bold = false;
-    bool italic = false;
-    std::string name;
 };
 
 /// One cell format (XF record).
 struct WorkbookXf {
     std::uint16_t font = 0;   // as XF records count fonts: index 4 does not exist
     std::uint16_t format = 0; // number format identifier
-    bool wrap = false;
 };
 
 /// A rectangle of merged cells, inclusive.
@@ -50,7 +47,6 @@ struct SheetLayout {
     /// (row, column) -> XF index of every cell record.
     std::map<std::pair<unsigned, unsigned short>, std::uint16_t> cellXfs;
     std::vector<MergedRange> merged;
-    std::optional<std::string> header;
     std::optional<std::string> footer;
 
     /// The merged range holding (row, column), if any.
