@@ -33,7 +33,6 @@ namespace {
 constexpr int kColumnTolerance = 60; // twips: edges this close line up
 constexpr int kRowTolerance = 60;    // twips: tops this close share a row
 constexpr int kMinColumnWidth = 180; // twips
-constexpr double kDefaultPoints = 10.0;
 // A workbook holds at most 4,050 cell formats, some of which the writer needs itself.
 constexpr std::size_t kMaxStyles = 4000;
 constexpr std::string_view kCheckedMark = "X";
