@@ -17,10 +17,12 @@
 //   left out. The footer of the first page becomes the sheet's footer (page numbers and counts
 //   as Excel's page codes), so no footer stands between rows; footer texts Excel has no room
 //   for there (it keeps 255 characters) show once, below the last row.
-// - A text box that showed a number gives a numeric cell carrying the box's output format;
-//   other texts give text cells. Multi-line text stays in one cell with "\n" between its
-//   lines, unless it needs more lines than one row can hold: then it is cut into cells of as
-//   many lines as a row holds, one below the other. A checked check box gives the text "X", an
+// - A text that showed a number (a bound or summed figure, or one a handler set through a
+//   number format) gives a numeric cell carrying that format; other texts give text cells. A
+//   text keeps the line breaks the engine printed it with ("\n" between its lines, its own
+//   blank lines kept), or stays whole when the page cut it short; it stays in one cell unless
+//   it needs more lines than one row can hold: then it is cut into cells of as many lines as
+//   a row holds, one below the other. A checked check box gives the text "X", an
 //   unchecked one nothing; lines and rectangles give nothing.
 // - Two texts that land in the same cell (overlapping boxes) are joined with a space into one
 //   text cell. Texts beyond the 256th column are joined into the last one.
