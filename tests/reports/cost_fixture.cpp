@@ -240,6 +240,7 @@ std::vector<std::string> costWorkbookCells(const std::filesystem::path& path) {
                 if (freexl_get_cell_value(handle, r, c, &value) != FREEXL_OK)
                     continue;
                 std::ostringstream shown;
+                shown.precision(15);
                 if (value.type == FREEXL_CELL_INT)
                     shown << '=' << value.value.int_value;
                 else if (value.type == FREEXL_CELL_DOUBLE)

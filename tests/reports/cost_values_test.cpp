@@ -1,5 +1,7 @@
 // The cost reports' own rules that need no database: merging the firm's standard texts into a
-// job's, and the money texts of host figures and prices per square foot.
+// job's, and the money texts of host figures and prices per square foot, as the reports show
+// them (a double or a single-precision figure through its money pattern).
+#include "platform/core/number_format.hpp"
 #include "reports/cost/cost_report.hpp"
 #include "reports/cost/firm_texts.hpp"
 
@@ -53,10 +55,10 @@ TEST(CostMoneyText, ShowsHostFiguresThroughTheirDecimalText) {
         {97361.0 + 2133.28 + 728.2, kMoneyFormat, "$100,222.48"},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(moneyText(c.value, c.pattern), c.shown) << c.value;
+        EXPECT_EQ(formatValue(Variant(c.value), c.pattern), c.shown) << c.value;
     // A single-precision total keeps seven digits.
-    EXPECT_EQ(moneyText(100000.07f, kShortMoneyFormat), "$100,000.10");
-    EXPECT_EQ(moneyText(20695.25f, kShortMoneyFormat), "$20,695.25");
+    EXPECT_EQ(formatValue(Variant(100000.07f), kShortMoneyFormat), "$100,000.10");
+    EXPECT_EQ(formatValue(Variant(20695.25f), kShortMoneyFormat), "$20,695.25");
 }
 
 TEST(CostMoneyText, PricesPerSquareFootRoundHalvesToTheEvenCent) {
@@ -69,7 +71,8 @@ TEST(CostMoneyText, PricesPerSquareFootRoundHalvesToTheEvenCent) {
         {161352.48, 2450.5, "$65.84"}, {1, 3, "$.33"},        {0, 2450.5, "$.00"},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(moneyText(pricePerSquareFoot(c.amount, c.area), kShortMoneyFormat), c.shown)
+        EXPECT_EQ(formatValue(Variant(pricePerSquareFoot(c.amount, c.area)), kShortMoneyFormat),
+                  c.shown)
             << c.amount << " / " << c.area;
 }
 

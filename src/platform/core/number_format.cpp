@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -457,8 +458,7 @@ NumberFormat NumberFormat::parse(std::string_view pattern) {
         parsed->kind = FormatKind::General;
         parsed->excel = "General";
     } else if (equalsNoCase(pattern, "Currency")) {
-        parsed->kind = FormatKind::SystemCurrency;
-        parsed->excel = "$#,##0.00";
+        parsed->kind = FormatKind::SystemCurrency; // its Excel form follows the locale
     } else if (equalsNoCase(pattern, "Yes/No") || equalsNoCase(pattern, "True/False") ||
                equalsNoCase(pattern, "On/Off")) {
         char first = pattern[0] | 0x20;
@@ -531,6 +531,53 @@ std::string NumberFormat::format(double value) const {
     }
 }
 
+namespace {
+
+/// The decimal digits a format works on for a number held at its own precision (Single,
+/// Currency, whole numbers, Booleans, number text); empty for the other kinds of value.
+std::optional<DecimalDigits> exactDigits(const Variant& value) {
+    switch (value.type()) {
+    case VarType::String:
+        return detail::scanNumberText(value.asString());
+    case VarType::Single:
+        if (!std::isfinite(value.asSingle())) {
+            throw Error::overflow(kSource);
+        }
+        return DecimalDigits::fromDouble(value.asSingle(), kSingleDigits);
+    case VarType::Currency:
+        return DecimalDigits::fromScaled(value.asCurrency().ticks(), 4);
+    case VarType::Integer:
+    case VarType::Long:
+    case VarType::Boolean:
+        return DecimalDigits::fromScaled(toLong(value), 0);
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+std::optional<double> shownNumber(const Variant& value) {
+    switch (value.type()) {
+    case VarType::Double:
+        if (!std::isfinite(value.asDouble())) {
+            throw Error::overflow(kSource);
+        }
+        return DecimalDigits::fromDouble(value.asDouble(), kDoubleDigits).toDouble();
+    case VarType::String:
+    case VarType::Single:
+    case VarType::Currency:
+    case VarType::Integer:
+    case VarType::Long:
+        if (auto digits = exactDigits(value)) {
+            return digits->toDouble();
+        }
+        return std::nullopt;
+    default:
+        return std::nullopt;
+    }
+}
+
 std::string NumberFormat::format(const Variant& value) const {
     DecimalDigits digits;
     switch (value.type()) {
@@ -538,28 +585,19 @@ std::string NumberFormat::format(const Variant& value) const {
         return m_parsed->writeNull();
     case VarType::Empty:
         return {};
-    case VarType::String: {
-        auto scanned = detail::scanNumberText(value.asString());
-        if (!scanned) {
-            return value.asString(); // text that is not a number passes unchanged
-        }
-        digits = *scanned;
-        break;
-    }
+    case VarType::String:
     case VarType::Single:
-        if (!std::isfinite(value.asSingle())) {
-            throw Error::overflow(kSource);
-        }
-        digits = DecimalDigits::fromDouble(value.asSingle(), kSingleDigits);
-        break;
     case VarType::Currency:
-        digits = DecimalDigits::fromScaled(value.asCurrency().ticks(), 4);
-        break;
     case VarType::Integer:
     case VarType::Long:
-    case VarType::Boolean:
-        digits = DecimalDigits::fromScaled(toLong(value), 0);
+    case VarType::Boolean: {
+        auto exact = exactDigits(value);
+        if (!exact) {
+            return value.asString(); // text that is not a number passes unchanged
+        }
+        digits = *exact;
         break;
+    }
     default:
         return format(toDouble(value)); // Double, and a Date as its serial number
     }
@@ -577,6 +615,9 @@ std::string NumberFormat::format(const Variant& value) const {
 }
 
 std::string NumberFormat::excelPattern() const {
+    if (m_parsed->kind == FormatKind::SystemCurrency) {
+        return systemFormats().currencyExcelPattern();
+    }
     return m_parsed->excel;
 }
 

@@ -26,6 +26,7 @@
 #include "platform/core/variant.hpp"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -51,7 +52,8 @@ class NumberFormat {
 
     /// The pattern in Excel's number-format syntax, for the workbook writer: the same
     /// placeholders, literal letters and digits escaped with a backslash, a lone quote as
-    /// \", empty sections spelled out, no Null section; "General" for the general format.
+    /// \", empty sections spelled out, no Null section; "General" for the general format and
+    /// the system's currency format for "Currency".
     std::string excelPattern() const;
 
   private:
@@ -59,6 +61,13 @@ class NumberFormat {
     std::string m_pattern;
     std::shared_ptr<const Parsed> m_parsed; // immutable, shared by copies of one format
 };
+
+/// The number a format shows for `value`: the decimal value it rounds, as a double. A Double
+/// counts at 15 significant digits and a Single at 7 (so 0.1 + 0.2 gives 0.3, and a Single of
+/// 100000.07 gives 100000.1, as printed); Currency, whole numbers and number text exactly.
+/// Empty for Null, Empty, Booleans, Dates and text that is no number. Infinities and NaN
+/// raise Overflow.
+std::optional<double> shownNumber(const Variant& value);
 
 /// One-off formatting; patterns are cached per thread so repeated calls do not re-parse.
 std::string formatNumber(double value, std::string_view pattern);

@@ -124,6 +124,33 @@ struct SystemFormats::Impl {
         }
     }
 
+    std::string currencyExcelPattern() const {
+        // The locale's own rendering of a grouped amount, its digits replaced by placeholders;
+        // the text around them is the symbol and its spacing, quoted where Excel needs it.
+        const QString sample = locale.toCurrencyString(1234.0, QString(), currencyDecimals);
+        qsizetype first = 0;
+        while (first < sample.size() && !sample[first].isDigit()) {
+            ++first;
+        }
+        qsizetype last = sample.size() - 1;
+        while (last > first && !sample[last].isDigit()) {
+            --last;
+        }
+        std::string pattern = excelLiteral(sample.left(first).toStdString());
+        pattern += "#,##0";
+        if (currencyDecimals > 0) {
+            pattern += "." + std::string(static_cast<std::size_t>(currencyDecimals), '0');
+        }
+        return pattern + excelLiteral(sample.mid(last + 1).toStdString());
+    }
+
+    static std::string excelLiteral(const std::string& text) {
+        if (text.empty() || text == "$") {
+            return text;
+        }
+        return "\"" + text + "\"";
+    }
+
     std::string currencyText(detail::DecimalDigits amount) const {
         amount.roundHalfAway(currencyDecimals);
         double magnitude = std::fabs(amount.toDouble());
@@ -172,6 +199,10 @@ std::string SystemFormats::currency(double amount) const {
         throw Error::overflow(kSource);
     }
     return m_impl->currencyText(detail::DecimalDigits::fromDouble(amount, 15));
+}
+
+std::string SystemFormats::currencyExcelPattern() const {
+    return m_impl->currencyExcelPattern();
 }
 
 std::string SystemFormats::localeName() const {

@@ -33,6 +33,9 @@ class SystemFormats {
     /// value), and a minus sign in front of a negative amount rather than parentheses.
     std::string currency(Currency amount) const;
     std::string currency(double amount) const;
+    /// The currency format in Excel's number-format syntax, for numbers written to a
+    /// workbook: "$#,##0.00" in en_US, the symbol quoted after the amount in de_DE.
+    std::string currencyExcelPattern() const;
     /// The locale's name as resolved ("en_US").
     std::string localeName() const;
 

@@ -29,8 +29,30 @@ void Control::setFont(const page::FontSpec& font) {
     touch();
 }
 
+std::string Control::showNumber(const Variant& value, std::string_view pattern) {
+    try {
+        std::string text = formatValue(value, pattern);
+        if (auto number = shownNumber(value))
+            m_number = ShownNumber{*number, std::string(pattern)};
+        else
+            m_number.reset();
+        return text;
+    } catch (const Error& e) {
+        const std::string& report = m_context->reportName;
+        throw Error(e.number(), report,
+                    report + ": number format \"" + std::string(pattern) + "\" of " + name() +
+                        ": " + e.description());
+    }
+}
+
 void Label::setCaption(std::string caption) {
     m_settings.caption = std::move(caption);
+    m_number.reset();
+    touch();
+}
+
+void Label::setNumber(const Variant& value, std::string_view pattern) {
+    m_settings.caption = showNumber(value, pattern);
     touch();
 }
 
@@ -53,12 +75,21 @@ const std::string& TextBox::text() const {
 
 void TextBox::setText(std::string text) {
     m_text = std::move(text);
+    m_number.reset();
+    m_source = TextSource::Fixed;
+    m_setAt = m_context->rowSerial;
+    touch();
+}
+
+void TextBox::setNumber(const Variant& value, std::string_view pattern) {
+    m_text = showNumber(value, pattern);
     m_source = TextSource::Fixed;
     m_setAt = m_context->rowSerial;
     touch();
 }
 
 void TextBox::setValue(Variant value) {
+    m_number.reset();
     m_value = std::move(value);
     m_source = TextSource::RawValue;
     m_setAt = m_context->rowSerial;
@@ -83,6 +114,7 @@ void TextBox::setDataField(std::string field) {
 }
 
 void TextBox::bindValue(const Variant& value) {
+    m_number.reset();
     m_value = value;
     m_source = TextSource::RawValue;
 }

@@ -8,6 +8,10 @@
 // fetched wins over that value for that row, and is printed exactly as set. A value (bound,
 // summary, or set with setValue) is printed through the output format. A box bound to a field
 // that the row does not have keeps the text it has (designs bind some boxes that handlers fill).
+//
+// Figures a handler computes are shown with setNumber (labels and text boxes alike): the text
+// is the number through the given format, and the number and format stay with the printed
+// item, so outputs that hold numbers (the workbook) get the figure and not only its text.
 
 #include "platform/core/number_format.hpp"
 #include "platform/core/variant.hpp"
@@ -16,6 +20,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qr::engine {
@@ -60,17 +65,27 @@ class Control {
     const ControlDesign& settings() const { return m_settings; }
 
   protected:
+    /// A number a handler showed through a format, as the printed item carries it.
+    struct ShownNumber {
+        double value = 0;
+        std::string format;
+    };
+
     Control(ControlDesign design, std::string section, const RunContext& context)
         : m_settings(std::move(design)), m_section(std::move(section)), m_context(&context) {}
 
     /// Record that a handler changed what the control shows.
     void touch() { ++m_revision; }
+    /// `value` through the number format `pattern` (errors name the report and the control),
+    /// remembering the number behind the text when there is one.
+    std::string showNumber(const Variant& value, std::string_view pattern);
 
     ControlDesign m_settings;
     std::string m_section;
     const RunContext* m_context;
     unsigned m_revision = 0;
-    int m_fontIndex = -1; ///< index into the run's font table; -1 until resolved
+    int m_fontIndex = -1;                ///< index into the run's font table; -1 until resolved
+    std::optional<ShownNumber> m_number; ///< what setNumber showed, until a text replaces it
 
     friend class BandBuilder;
     friend class Filler;
@@ -82,6 +97,10 @@ class Label : public Control {
         : Control(std::move(design), std::move(section), context) {}
     const std::string& caption() const { return m_settings.caption; }
     void setCaption(std::string caption);
+    /// Show `value` through the number format `pattern` ("$###,###.00", "Currency", "" for the
+    /// general format). The printed label keeps the number and the format; a value that is no
+    /// number (Null, text) shows as that format prints it, as text.
+    void setNumber(const Variant& value, std::string_view pattern);
 };
 
 class TextBox : public Control {
@@ -94,6 +113,9 @@ class TextBox : public Control {
     const std::string& text() const;
     /// Show `text` exactly as given (no output format) for the current row.
     void setText(std::string text);
+    /// Show `value` through the number format `pattern` for the current row, as
+    /// Label::setNumber does; the box's own output format is left as it is.
+    void setNumber(const Variant& value, std::string_view pattern);
     /// The value behind the text: the bound field's value, the summary, or what setValue set.
     const Variant& value() const { return m_value; }
     /// Show `value` through the output format for the current row.

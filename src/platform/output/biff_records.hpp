@@ -43,6 +43,8 @@ inline constexpr std::uint16_t kNumber = 0x0203;
 inline constexpr std::uint16_t kRk = 0x027E;
 inline constexpr std::uint16_t kLabelSst = 0x00FD;
 inline constexpr std::uint16_t kWindow2 = 0x023E;
+inline constexpr std::uint16_t kFooter = 0x0015;
+inline constexpr std::uint16_t kMergedCells = 0x00E5;
 } // namespace record
 
 /// Writes records into a buffer and hands full chunks to a sink. Without a sink the bytes are

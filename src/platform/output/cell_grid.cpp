@@ -1,5 +1,9 @@
 #include "platform/output/cell_grid.hpp"
 
+#include "platform/output/cairo_text_measurer.hpp"
+#include "platform/output/cell_room.hpp"
+#include "platform/output/sheet_footer.hpp"
+
 #include <algorithm>
 #include <cmath>
 #include <deque>
@@ -29,7 +33,6 @@ namespace {
 constexpr int kColumnTolerance = 60; // twips: edges this close line up
 constexpr int kRowTolerance = 60;    // twips: tops this close share a row
 constexpr int kMinColumnWidth = 180; // twips
-constexpr int kLineHeight = 240;     // twips, for multi-line text without a measured box
 // A workbook holds at most 4,050 cell formats, some of which the writer needs itself.
 constexpr std::size_t kMaxStyles = 4000;
 constexpr std::string_view kCheckedMark = "X";
@@ -92,6 +95,7 @@ class GridBuilder {
         placeRows();
         assignColumns();
         fillCells();
+        giveRoom(m_grid, m_rooms);
         m_grid.texts.assign(std::make_move_iterator(m_texts.begin()),
                             std::make_move_iterator(m_texts.end()));
         return std::move(m_grid);
@@ -99,15 +103,18 @@ class GridBuilder {
 
   private:
     /// Where an item is kept: pages hold their items packed, so the builder keeps positions
-    /// and decodes an item again when it needs more than its placement.
+    /// and decodes an item again when it needs more than its placement. A text too tall for
+    /// one row is placed in pieces: `lines` of its runs from `firstLine` (0 lines: all of it).
     struct ItemRef {
         std::uint32_t page;
         std::uint32_t index;
+        std::uint32_t firstLine = 0;
+        std::uint32_t lines = 0;
     };
+    static constexpr ItemRef kWhole{0, 0, 0, 0};
     struct Source {
         ItemRef ref;
         int top;
-        int lineHeight; // multiLineHeight() of the item
         Placement place;
     };
     struct Placed {
@@ -134,9 +141,12 @@ class GridBuilder {
         return m_item;
     }
 
-    /// The text an item shows, or an empty view when it shows nothing. The view lives as
-    /// long as the item and until the next call.
-    std::string_view displayText(const page::Item& item) {
+    /// The text an item (or the piece of it `ref` names) shows, or an empty view when it
+    /// shows nothing: the text with its lines broken where the engine broke them, or the
+    /// whole text as it is when the page printed less of it (a text cut at its box). The view
+    /// lives as long as the item and until the next call.
+    std::string_view displayText(const page::Item& item) { return displayText(item, kWhole); }
+    std::string_view displayText(const page::Item& item, const ItemRef& ref) {
         if (const auto* check = std::get_if<page::CheckBoxItem>(&item)) {
             return check->checked ? kCheckedMark : std::string_view();
         }
@@ -144,17 +154,100 @@ class GridBuilder {
         if (text == nullptr) {
             return {};
         }
-        if (!text->text.empty() || text->runs.empty()) {
-            return text->text;
+        if (ref.lines == 0 && !text->text.empty()) {
+            return printedText(*text, m_joined) ? std::string_view(m_joined)
+                                                : std::string_view(text->text);
         }
+        // A piece of a tall text, or a text known only by its lines.
         m_joined.clear();
-        for (const page::TextRun& run : text->runs) {
-            if (&run != &text->runs.front()) {
+        bool first = true;
+        for (const page::TextRun& run : runsOf(*text, ref)) {
+            if (!first) {
                 m_joined += '\n';
             }
             m_joined += run.text;
+            first = false;
         }
         return m_joined;
+    }
+
+    /// Writes into `out` the text with a line break wherever the engine broke a line, its own
+    /// line breaks (and blank lines) kept. False when the printed lines do not hold all of the
+    /// text, or there are none.
+    static bool printedText(const page::TextItem& text, std::string& out) {
+        out.clear();
+        const std::string_view all = text.text;
+        std::size_t at = 0;
+        for (const page::TextRun& run : text.runs) {
+            if (run.text.empty()) {
+                continue; // a blank line: its line break stands in the text
+            }
+            const std::size_t found = all.find(run.text, at);
+            if (found == std::string_view::npos || !isBlank(all.substr(at, found - at))) {
+                return false;
+            }
+            const std::string_view gap = all.substr(at, found - at);
+            const auto breaks = static_cast<std::size_t>(std::count(gap.begin(), gap.end(), '\n'));
+            out.append(out.empty() ? 0 : std::max<std::size_t>(breaks, 1), '\n');
+            out += run.text;
+            at = found + run.text.size();
+        }
+        return !out.empty() && isBlank(all.substr(at));
+    }
+
+    /// The printed lines of a text, or of the piece of it `ref` names.
+    static std::span<const page::TextRun> runsOf(const page::TextItem& text, const ItemRef& ref) {
+        std::span<const page::TextRun> runs(text.runs);
+        if (ref.lines == 0 || ref.firstLine >= runs.size()) {
+            return runs;
+        }
+        return runs.subspan(ref.firstLine,
+                            std::min<std::size_t>(ref.lines, runs.size() - ref.firstLine));
+    }
+
+    const page::FontSpec& fontOf(int font) const {
+        static const page::FontSpec kDefault;
+        const bool known = font >= 0 && static_cast<std::size_t>(font) < m_pages.fonts.size();
+        return known ? m_pages.fonts[static_cast<std::size_t>(font)] : kDefault;
+    }
+
+    double pointsOf(const page::TextItem& text) const { return fontOf(text.font).sizePoints; }
+
+    /// The room a cell showing `shown` (displayText of `item` and `ref`) needs: its widest
+    /// line and all its lines. Lines shown as printed take their printed width; a text shown
+    /// otherwise (cut on the page) is measured in its font.
+    CellRoom roomOf(const page::Item& item, const ItemRef& ref, std::string_view shown) {
+        const auto* text = std::get_if<page::TextItem>(&item);
+        const bool asPrinted =
+            text != nullptr && !text->runs.empty() &&
+            (ref.lines != 0 || text->text.empty() || printedText(*text, m_printed));
+        if (!asPrinted) {
+            return roomOfText(shown, text ? text->font : -1, placementOf(item).align);
+        }
+        CellRoom room;
+        room.align = text->align;
+        for (const page::TextRun& run : runsOf(*text, ref)) {
+            room.width = std::max(room.width, lineRoom(run.width));
+        }
+        const auto breaks = std::count(shown.begin(), shown.end(), '\n');
+        room.height = linesHeight(static_cast<std::size_t>(breaks) + 1, pointsOf(*text));
+        return room;
+    }
+
+    /// The room `shown` needs in the report font `font`, each line measured.
+    CellRoom roomOfText(std::string_view shown, int font, page::Align align) {
+        CellRoom room;
+        room.align = align;
+        const page::FontSpec& spec = fontOf(font);
+        std::size_t lines = 0;
+        for (std::size_t start = 0; start <= shown.size(); ++lines) {
+            const std::size_t end = std::min(shown.find('\n', start), shown.size());
+            room.width = std::max(
+                room.width, lineRoom(m_measurer.width(spec, shown.substr(start, end - start))));
+            start = end + 1;
+        }
+        room.height = linesHeight(lines, spec.sizePoints);
+        return room;
     }
 
     static std::optional<double> numberOf(const page::Item& item) {
@@ -187,20 +280,6 @@ class GridBuilder {
         return std::get<page::CheckBoxItem>(item).box.y;
     }
 
-    /// Height a multi-line text needs, 0 for a single line.
-    static int multiLineHeight(const page::Item& item) {
-        const auto* text = std::get_if<page::TextItem>(&item);
-        if (text == nullptr) {
-            return 0;
-        }
-        std::size_t lines = std::max<std::size_t>(
-            text->runs.size(), 1 + std::count(text->text.begin(), text->text.end(), '\n'));
-        if (lines < 2) {
-            return 0;
-        }
-        return std::max(text->box.height, static_cast<int>(lines) * kLineHeight);
-    }
-
     // --- rows ---------------------------------------------------------------------------
 
     void placeRows() {
@@ -211,20 +290,91 @@ class GridBuilder {
         m_placed.reserve(items);
         std::vector<Source> scratch;
         page::Item item;
+        bool headerShown = false;
         for (std::uint32_t p = 0; p < m_pages.pages.size(); ++p) {
             const page::ItemList& list = m_pages.pages[p].items;
             scratch.clear();
+            bool hasHeader = false;
+            bool hasFooter = false;
             for (std::uint32_t i = 0; i < list.size(); ++i) {
                 list.decodeInto(i, item);
-                if (isPlaceable(item)) {
-                    scratch.push_back(
-                        {{p, i}, topOf(item), multiLineHeight(item), placementOf(item)});
+                const page::PageBand band = pageBandOf(item);
+                hasHeader = hasHeader || band == page::PageBand::Header;
+                hasFooter = hasFooter || band == page::PageBand::Footer;
+                if (band == page::PageBand::Footer) {
+                    noteFooter(item, {p, i});
+                } else if ((band == page::PageBand::Body || !headerShown) && isPlaceable(item)) {
+                    addSources(item, {p, i}, scratch);
                 }
             }
+            headerShown = headerShown || hasHeader;
+            m_footerPage = hasFooter && m_footerPage < 0 ? static_cast<int>(p) : m_footerPage;
             std::stable_sort(scratch.begin(), scratch.end(), [](const Source& a, const Source& b) {
                 return a.top != b.top ? a.top < b.top : a.place.left < b.place.left;
             });
             placePage(scratch);
+        }
+        placeFooter();
+    }
+
+    /// The footer of the first page that has one goes to the sheet's footer; what Excel has no
+    /// room for there shows once, below the last row.
+    void placeFooter() {
+        const SheetFooter footer = sheetFooter(m_footerItems, footerPageWidth(), m_footerPage + 1,
+                                               static_cast<int>(m_pages.pages.size()));
+        m_grid.footer = footer.text;
+        std::vector<Source> sources;
+        for (std::size_t i : footer.leftOver) {
+            addSources(load(m_footerRefs[i]), m_footerRefs[i], sources);
+        }
+        std::stable_sort(sources.begin(), sources.end(), [](const Source& a, const Source& b) {
+            return a.top != b.top ? a.top < b.top : a.place.left < b.place.left;
+        });
+        placePage(sources);
+    }
+
+    static page::PageBand pageBandOf(const page::Item& item) {
+        if (const auto* text = std::get_if<page::TextItem>(&item)) {
+            return text->pageBand;
+        }
+        if (const auto* check = std::get_if<page::CheckBoxItem>(&item)) {
+            return check->pageBand;
+        }
+        return page::PageBand::Body;
+    }
+
+    /// The footer of the first page that has one becomes the sheet's footer.
+    void noteFooter(const page::Item& item, ItemRef ref) {
+        const auto* text = std::get_if<page::TextItem>(&item);
+        if ((m_footerPage < 0 || m_footerPage == static_cast<int>(ref.page)) && text != nullptr &&
+            !isBlank(displayText(item))) {
+            m_footerPage = static_cast<int>(ref.page);
+            m_footerItems.push_back(*text);
+            m_footerItems.back().text = displayText(item);
+            m_footerRefs.push_back(ref);
+        }
+    }
+
+    int footerPageWidth() const {
+        return m_footerPage < 0 ? page::kLetterWidth
+                                : m_pages.pages[static_cast<std::size_t>(m_footerPage)].width;
+    }
+
+    /// The item as one source, or a text too tall for one row as pieces of as many lines as
+    /// a row holds, each where its first line stands.
+    void addSources(const page::Item& item, ItemRef ref, std::vector<Source>& out) const {
+        const auto* text = std::get_if<page::TextItem>(&item);
+        const std::size_t perRow = text && text->runs.size() > 1 ? linesPerRow(pointsOf(*text)) : 1;
+        if (text == nullptr || text->runs.size() <= perRow) {
+            out.push_back({ref, topOf(item), placementOf(item)});
+            return;
+        }
+        const int lineOffset = text->box.y - text->runs.front().baseline;
+        for (std::size_t first = 0; first < text->runs.size(); first += perRow) {
+            ref.firstLine = static_cast<std::uint32_t>(first);
+            ref.lines = static_cast<std::uint32_t>(std::min(perRow, text->runs.size() - first));
+            const int top = first == 0 ? text->box.y : text->runs[first].baseline + lineOffset;
+            out.push_back({ref, top, placementOf(item)});
         }
     }
 
@@ -237,8 +387,6 @@ class GridBuilder {
                 m_grid.rowHeights.push_back(0);
             }
             auto row = static_cast<std::uint32_t>(m_grid.rowHeights.size() - 1);
-            int& height = m_grid.rowHeights.back();
-            height = std::max(height, source.lineHeight);
             m_placed.push_back({source.ref, row, keyOf(source.place)});
         }
     }
@@ -421,7 +569,6 @@ class GridBuilder {
         std::uint32_t id = 0;
         int left = 0; // the left edge most of its texts have
         std::uint64_t leftCount = 0;
-        int right = 0; // the rightmost right edge
         bool used = false;
     };
 
@@ -440,20 +587,17 @@ class GridBuilder {
         for (std::size_t i = 0; i < order.size();) {
             const KeyInfo& first = m_keys[order[i]];
             std::uint64_t count = 0;
-            int right = first.place.right;
             std::size_t j = i;
             for (; j < order.size() && m_keys[order[j]].cluster == first.cluster &&
                    m_keys[order[j]].place.left == first.place.left;
                  ++j) {
                 count += m_keys[order[j]].count;
-                right = std::max(right, m_keys[order[j]].place.right);
             }
             ClusterInfo& info = infos[first.cluster];
             if (!info.used || count > info.leftCount) {
                 info.left = first.place.left;
                 info.leftCount = count;
             }
-            info.right = info.used ? std::max(info.right, right) : right;
             info.used = true;
             info.id = first.cluster;
             i = j;
@@ -461,8 +605,10 @@ class GridBuilder {
         return infos;
     }
 
-    /// Orders the clusters by their usual left edge and turns them into columns sized by the
-    /// spacing to the next one.
+    /// Orders the clusters by their usual left edge and turns them into columns as wide as
+    /// the spacing to the next one (the last, and columns starting almost together, only as
+    /// wide as the least column): the room their texts need is given later, from the texts
+    /// themselves, not from how far a box reaches (a memo's box spans the page).
     void orderColumns(std::uint32_t clusters) {
         std::vector<ClusterInfo> infos = describeClusters(clusters);
         std::erase_if(infos, [](const ClusterInfo& info) { return !info.used; });
@@ -475,12 +621,7 @@ class GridBuilder {
                 static_cast<std::uint32_t>(std::min(c, CellGrid::kMaxColumns - 1));
             if (c < CellGrid::kMaxColumns) {
                 bool last = c + 1 == infos.size() || c + 1 == CellGrid::kMaxColumns;
-                int width = (last ? infos[c].right : infos[c + 1].left) - infos[c].left;
-                if (width < kMinColumnWidth) {
-                    // Two columns starting together (a title split from a date): each as wide
-                    // as its texts.
-                    width = infos[c].right - infos[c].left;
-                }
+                int width = last ? 0 : infos[c + 1].left - infos[c].left;
                 m_grid.columns.push_back({infos[c].left, std::max(width, kMinColumnWidth)});
             }
         }
@@ -505,7 +646,7 @@ class GridBuilder {
             for (const RowEntry& entry : row) {
                 if (!m_grid.cells.empty() && m_grid.cells.back().row == m_placed[begin].row &&
                     m_grid.cells.back().column == entry.column) {
-                    joinInto(m_grid.cells.back(), load(entry.ref));
+                    joinInto(m_grid.cells.back(), load(entry.ref), entry.ref);
                 } else {
                     addCell(m_placed[begin].row, entry);
                 }
@@ -526,8 +667,9 @@ class GridBuilder {
                 text->font >= 0 && static_cast<std::size_t>(text->font) < m_pages.fonts.size();
             style.font = known ? text->font : -1;
         }
-        m_cellText = displayText(item);
-        if (auto number = numberOf(item)) {
+        m_cellText = displayText(item, entry.ref);
+        CellRoom room = roomOf(item, entry.ref, m_cellText);
+        if (auto number = numberOf(item); number && entry.ref.lines == 0) {
             cell.kind = CellKind::Number;
             cell.number = *number;
             style.format = internFormat(std::get<page::TextItem>(item).format);
@@ -535,17 +677,22 @@ class GridBuilder {
             cell.kind = CellKind::Text;
             cell.text = internText(m_cellText);
             style.wrap = m_cellText.find('\n') != std::string_view::npos;
+            room.mayMerge = true;
         }
         cell.style = internStyle(style);
         m_grid.cells.push_back(cell);
+        m_rooms.push_back(room);
     }
 
-    /// Two texts in one cell: the cell becomes the text of both, joined by a space.
-    void joinInto(Cell& cell, const page::Item& item) {
-        const std::string_view more = displayText(item);
+    /// Two texts in one cell: the cell becomes the text of both, joined by a space, and needs
+    /// the room of both side by side.
+    void joinInto(Cell& cell, const page::Item& item, const ItemRef& ref) {
+        const std::string_view more = displayText(item, ref);
         m_cellText += ' ';
         m_cellText += more;
         CellStyle style = m_grid.styles[cell.style];
+        m_rooms.back() = roomOfText(m_cellText, style.font, style.align);
+        m_rooms.back().mayMerge = true;
         style.format = 0;
         style.wrap = m_cellText.find('\n') != std::string_view::npos;
         cell.kind = CellKind::Text;
@@ -608,11 +755,17 @@ class GridBuilder {
     std::unordered_map<std::string_view, std::uint32_t> m_textIndex;
     std::unordered_map<std::uint64_t, std::uint16_t> m_styleIndex;
     std::uint32_t m_lastFormat = 0;
+    std::vector<CellRoom> m_rooms; // what each cell of m_grid.cells needs
+    std::vector<page::TextItem> m_footerItems;
+    std::vector<ItemRef> m_footerRefs; // where each of m_footerItems stands
+    int m_footerPage = -1;             // the page whose footer the sheet shows
     std::deque<std::string>
-        m_texts;            // distinct cell texts; a deque keeps them in place for the index
-    std::string m_cellText; // text of the last cell added
-    std::string m_joined;   // displayText() of a text known only by its runs
-    page::Item m_item;      // the item load() decoded last
+        m_texts;                  // distinct cell texts; a deque keeps them in place for the index
+    std::string m_cellText;       // text of the last cell added
+    std::string m_joined;         // displayText() of a text shown as its printed lines
+    std::string m_printed;        // scratch for printedText()
+    CairoTextMeasurer m_measurer; // for texts shown otherwise than printed
+    page::Item m_item;            // the item load() decoded last
 };
 
 } // namespace

@@ -10,16 +10,26 @@
 //   it holds another text on one of that text's rows. A right-aligned or centred text that
 //   would still share a cell (a centred title starting where a date starts) moves to the free
 //   column its right edge or centre falls in, or gets a column of its own. Columns are ordered
-//   left to right by their usual left edge and sized by the spacing to the next column.
+//   left to right by their usual left edge.
 // - Texts whose tops lie within a small tolerance of a row's first text share that row. Each
-//   page starts a new row below the last row of the page before. Page headers and footers are
-//   kept on every page: the sheet mirrors the printed pages.
-// - A text box that showed a number gives a numeric cell carrying the box's output format;
-//   other texts give text cells. Multi-line text stays in one cell with "\n" between its
-//   lines. A checked check box gives the text "X", an unchecked one nothing; lines and
-//   rectangles give nothing.
+//   page starts a new row below the last row of the page before.
+// - The page header shows once, where the first page printed it: the repeats on later pages are
+//   left out. The footer of the first page becomes the sheet's footer (page numbers and counts
+//   as Excel's page codes), so no footer stands between rows; footer texts Excel has no room
+//   for there (it keeps 255 characters) show once, below the last row.
+// - A text that showed a number (a bound or summed figure, or one a handler set through a
+//   number format) gives a numeric cell carrying that format; other texts give text cells. A
+//   text keeps the line breaks the engine printed it with ("\n" between its lines, its own
+//   blank lines kept), or stays whole when the page cut it short; it stays in one cell unless
+//   it needs more lines than one row can hold: then it is cut into cells of as many lines as
+//   a row holds, one below the other. A checked check box gives the text "X", an
+//   unchecked one nothing; lines and rectangles give nothing.
 // - Two texts that land in the same cell (overlapping boxes) are joined with a space into one
 //   text cell. Texts beyond the 256th column are joined into the last one.
+// - Every cell gets the room its text was printed in (cell_room.hpp): columns start as wide
+//   as the spacing of the printed columns and widen to their widest number; a text wider than
+//   its column is merged across the free columns beside it in the direction it runs, and only
+//   what that cannot give widens a column. Rows are as tall as their lines need.
 
 #include "platform/engine/page/page.hpp"
 
@@ -53,10 +63,19 @@ struct Cell {
     double number = 0.0;
 };
 
-/// A column: its left edge on the page and its width, both in twips.
+/// A column: its left edge on the page and the width its texts need, both in twips (the
+/// room for the text itself; a writer adds its own cell padding).
 struct GridColumn {
     int left = 0;
     int width = 0;
+};
+
+/// Cells of one row merged into one: the cell at (row, firstColumn) holds the text.
+struct MergedCells {
+    std::uint32_t row = 0;
+    std::uint16_t firstColumn = 0;
+    std::uint16_t lastColumn = 0;
+    bool operator==(const MergedCells&) const = default;
 };
 
 /// The whole report as one grid of cells.
@@ -64,10 +83,18 @@ struct CellGrid {
     /// Largest number of columns a grid holds (a worksheet's limit).
     static constexpr std::size_t kMaxColumns = 256;
 
+    /// Largest height of one row, in twips (Excel's 409 points).
+    static constexpr int kMaxRowHeight = 8180;
+
     std::vector<GridColumn> columns;
-    /// One entry per row: the height in twips the row needs for its multi-line text, or 0
-    /// for the default height.
+    /// One entry per row: the height in twips its lines need when that is more than the
+    /// default row height, or 0 for the default height.
     std::vector<int> rowHeights;
+    /// Sorted by row, then first column; merges never overlap.
+    std::vector<MergedCells> merges;
+    /// The page footer in Excel's header and footer syntax ("&L...&C...&R...", page number
+    /// "&P", page count "&N", "&&" for an ampersand); empty when the pages have none.
+    std::string footer;
     /// Sorted by row, then column; at most one cell per position.
     std::vector<Cell> cells;
     /// Distinct cell texts in order of first use.

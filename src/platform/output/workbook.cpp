@@ -105,13 +105,22 @@ void writeEof(RecordWriter& out) {
     out.end();
 }
 
-/// Excel's column width unit (1/256 of a digit of the default font, with its padding) for a
-/// width in twips: a digit of Arial 10 is 7 pixels wide, plus 5 pixels of padding per column.
+/// Excel's column width (in 1/256 of the width of a digit of the default font, Arial 10: 7
+/// pixels at 96 pixels an inch) for a column whose texts need `twips`: their pixels, rounded
+/// up, plus the 5 pixels a column keeps around its text (2 each side and the grid line).
+/// Rounded up again, so that Excel's own rounding of the width to whole pixels never takes a
+/// pixel from the text.
 std::uint16_t columnWidthUnits(int twips) {
-    double pixels = twips / 15.0;
-    double digits = std::clamp((pixels - 5.0) / 7.0, 0.5, 255.0);
-    return static_cast<std::uint16_t>(std::lround(digits * 256.0));
+    constexpr double kDigitPixels = 7.0;
+    constexpr double kPaddingPixels = 5.0;
+    const double pixels = std::ceil(std::max(twips, 0) / 15.0) + kPaddingPixels;
+    const double units = std::ceil(pixels * 256.0 / kDigitPixels);
+    return static_cast<std::uint16_t>(std::min(units, 255.0 * 256.0));
 }
+
+/// Excel's limits: 255 characters of header or footer text, 1,026 ranges a MERGEDCELLS record.
+constexpr std::size_t kMaxFooterLength = 255;
+constexpr std::size_t kMergesPerRecord = 1026;
 
 /// The stream of one workbook: the globals (fonts, formats, cell formats, sheet list, shared
 /// strings) followed by the sheets.
@@ -333,6 +342,7 @@ class WorkbookStream {
 
     void writeSheet(RecordWriter& out, const SheetPart& part, bool first) const {
         writeBof(out, kWorksheetSubstream);
+        writeFooter(out);
         out.begin(record::kDefColWidth);
         out.u16(8);
         out.end();
@@ -359,7 +369,43 @@ class WorkbookStream {
             cell = end;
         }
         writeWindow2(out, first);
+        writeMerges(out, part);
         writeEof(out);
+    }
+
+    /// The report's page footer, printed at the foot of every page the sheet prints on.
+    void writeFooter(RecordWriter& out) const {
+        if (m_grid.footer.empty()) {
+            return;
+        }
+        biff::BiffString text;
+        biff::toBiffString(m_grid.footer, kMaxFooterLength, text);
+        out.begin(record::kFooter);
+        biff::writeUnicodeString(out, text);
+        out.end();
+    }
+
+    /// The merged cells of the sheet's rows, rows counted from the sheet's first.
+    void writeMerges(RecordWriter& out, const SheetPart& part) const {
+        std::vector<const MergedCells*> merges;
+        for (const MergedCells& merge : m_grid.merges) {
+            if (merge.row >= part.firstRow && merge.row - part.firstRow < part.rowCount) {
+                merges.push_back(&merge);
+            }
+        }
+        for (std::size_t begin = 0; begin < merges.size(); begin += kMergesPerRecord) {
+            const std::size_t end = std::min(merges.size(), begin + kMergesPerRecord);
+            out.begin(record::kMergedCells);
+            out.u16(static_cast<std::uint16_t>(end - begin));
+            for (std::size_t i = begin; i < end; ++i) {
+                const auto row = static_cast<std::uint16_t>(merges[i]->row - part.firstRow);
+                out.u16(row);
+                out.u16(row);
+                out.u16(merges[i]->firstColumn);
+                out.u16(merges[i]->lastColumn);
+            }
+            out.end();
+        }
     }
 
     void writeDimensions(RecordWriter& out, const SheetPart& part) const {

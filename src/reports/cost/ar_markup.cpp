@@ -2,7 +2,6 @@
 
 #include "data/cost_categories.hpp"
 #include "platform/core/convert.hpp"
-#include "platform/core/system_formats.hpp"
 #include "platform/host/module_state.hpp"
 #include "reports/cost/firm_texts.hpp"
 
@@ -284,22 +283,20 @@ void ARMarkup::showPricesPerSquareFoot(const db::Recordset& markup) {
     const double cost = markupFigure(markup, "ptotmaterial") + markupFigure(markup, "ptotlabor") +
                         markupFigure(markup, "ptotoutside") + markupFigure(markup, "pmetalsur") +
                         markupFigure(markup, "pglasssur");
-    label("lCostPerFt").setCaption(moneyText(pricePerSquareFoot(cost, area), kShortMoneyFormat));
+    label("lCostPerFt").setNumber(pricePerSquareFoot(cost, area), kShortMoneyFormat);
     // The sell price goes through the grand total's text, as the estimate's figures do.
     const double grandTotal = toDouble(Variant(toText(Variant(markupFigure(markup, "pgrandtot")))));
-    label("lSellPerFt")
-        .setCaption(moneyText(pricePerSquareFoot(grandTotal, area), kShortMoneyFormat));
+    label("lSellPerFt").setNumber(pricePerSquareFoot(grandTotal, area), kShortMoneyFormat);
 }
 
 void ARMarkup::fetchData(bool&) {
     const data::CategoryTotals totals =
         data::categoryTotals([this](std::string_view column) { return fields()[column].value(); });
-    const SystemFormats& formats = systemFormats();
-    textBox("StockBaseCostField").setText(formats.currency(totals.metal));
-    textBox("DoorBaseCostField").setText(formats.currency(totals.doors));
-    textBox("MiscBaseCostField").setText(formats.currency(totals.miscParts));
-    textBox("GlassBaseCostField").setText(formats.currency(totals.glass));
-    textBox("LaborBaseCostField").setText(formats.currency(totals.labor));
+    textBox("StockBaseCostField").setNumber(totals.metal, kSystemCurrency);
+    textBox("DoorBaseCostField").setNumber(totals.doors, kSystemCurrency);
+    textBox("MiscBaseCostField").setNumber(totals.miscParts, kSystemCurrency);
+    textBox("GlassBaseCostField").setNumber(totals.glass, kSystemCurrency);
+    textBox("LaborBaseCostField").setNumber(totals.labor, kSystemCurrency);
     textBox("Field2").setText(m_exclusions);
     textBox("Field3").setText(m_notes);
 }

@@ -154,8 +154,7 @@ void ARMarkup2::showTaxAndPrice(const db::Recordset& markup) {
     const double area = jobArea();
     if (area > 0) {
         const float grandTotal = toSingle(Variant(markupFigure(markup, "pgrandtot")));
-        label("lSellPerFt")
-            .setCaption(moneyText(pricePerSquareFoot(grandTotal, area), kShortMoneyFormat));
+        label("lSellPerFt").setNumber(pricePerSquareFoot(grandTotal, area), kShortMoneyFormat);
     }
 }
 

@@ -2,18 +2,9 @@
 
 #include "platform/core/convert.hpp"
 #include "platform/core/error.hpp"
-#include "platform/core/number_format.hpp"
 #include "platform/core/system_formats.hpp"
 
 namespace qr::reports::cost {
-
-std::string moneyText(double value, std::string_view pattern) {
-    return formatValue(Variant(decimalText(value, true)), pattern);
-}
-
-std::string moneyText(float value, std::string_view pattern) {
-    return formatValue(Variant(decimalTextSingle(value, true)), pattern);
-}
 
 float pricePerSquareFoot(double amount, double area) {
     return static_cast<float>(roundHalfEven(amount / area, 2));

@@ -32,14 +32,13 @@ inline constexpr std::string_view kMoneyFormat = "$###,###,###.00";
 inline constexpr std::string_view kShortMoneyFormat = "$###,###.00";
 /// The stored format of bound money boxes.
 inline constexpr std::string_view kBoundMoneyFormat = "$#,##0.00";
+/// The system's currency format (the category totals).
+inline constexpr std::string_view kSystemCurrency = "Currency";
 
-/// A figure shown the way these reports always showed them: first written as its decimal text
-/// (fifteen significant digits for a double), then formatted with `pattern`. The decimal text
-/// drops the binary noise of host arithmetic, so 0.1 + 0.2 shows as $.30.
-std::string moneyText(double value, std::string_view pattern);
-/// The same for a single-precision figure: seven significant digits, so a running total of
-/// 100,000.07 shows as $100,000.10.
-std::string moneyText(float value, std::string_view pattern);
+// Figures are shown through the engine's setNumber, which formats a double at its fifteen
+// significant digits (dropping the binary noise of host arithmetic: 0.1 + 0.2 shows as $.30)
+// and a single-precision figure at seven (a running total of 100,000.07 shows as
+// $100,000.10), and keeps the number for the workbook.
 
 /// A price per square foot: `amount` / `area`, rounded to cents with halves to the even
 /// neighbour, and kept in single precision.

@@ -3,7 +3,6 @@
 #include "data/statements.hpp"
 #include "platform/core/convert.hpp"
 #include "platform/core/error.hpp"
-#include "platform/core/number_format.hpp"
 #include "platform/host/module_state.hpp"
 #include "reports/common/design_helpers.hpp"
 
@@ -231,7 +230,7 @@ void JobLaborSub::reportStart() {
 
 void JobLaborSub::detailFormat() {
     engine::TextBox& amount = textBox("FixedAmount");
-    amount.setText(formatValue(amount.value(), "$##,###.00"));
+    amount.setNumber(amount.value(), "$##,###.00");
 }
 
 // ---- FinalLaborAR ---------------------------------------------------------------------------
@@ -327,8 +326,8 @@ void FinalLaborAR::reportFooterBeforePrint() {
     const float hoursAtRate = m_addedHours * m_miscRate;
     const double addedLabor = static_cast<double>(hoursAtRate) + m_addedFixedAmount;
     m_grandTotal = static_cast<float>(static_cast<double>(m_grandTotal) + addedLabor);
-    textBox("Field21").setText(moneyText(addedLabor, kShortMoneyFormat));
-    textBox("Field22").setText(moneyText(m_grandTotal, kShortMoneyFormat));
+    textBox("Field21").setNumber(addedLabor, kShortMoneyFormat);
+    textBox("Field22").setNumber(m_grandTotal, kShortMoneyFormat);
 }
 
 } // namespace qr::reports

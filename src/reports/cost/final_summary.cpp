@@ -4,7 +4,6 @@
 #include "data/statements.hpp"
 #include "platform/core/convert.hpp"
 #include "platform/core/error.hpp"
-#include "platform/core/system_formats.hpp"
 #include "platform/host/module_state.hpp"
 #include "reports/common/design_helpers.hpp"
 
@@ -161,6 +160,16 @@ engine::ReportDesign design(const char* className, bool withNotices) {
     return d;
 }
 
+/// A job-size value of the request, shown as the text it is. A plain number (its own general
+/// text, "3180.25" but not "012") also keeps its value, so the workbook holds it as a number.
+void showRequestValue(engine::Label& label, const std::string& text) {
+    const std::optional<double> number = numberFromText(text);
+    if (number && toText(Variant(*number)) == text)
+        label.setNumber(*number, "");
+    else
+        label.setCaption(text);
+}
+
 } // namespace
 
 FinalSummaryReport::FinalSummaryReport(const char* className, bool withNotices,
@@ -196,19 +205,18 @@ void FinalSummaryReport::showJob(const RowCursor& job) {
                                                          {"lJointCount", "itotaljoints"},
                                                          {"lTotalCuts", "icuts"}};
     for (const auto& [control, column] : sizes)
-        label(control).setCaption(requiredText(job, column, "the job row", className()));
+        label(control).setNumber(requiredValue(job, column, "the job row", className()), "");
     label("lJobNotes").setCaption(textOrEmpty(job, "mnotes"));
 }
 
 void FinalSummaryReport::showTotals(const RowCursor& job) {
     const data::CategoryTotals totals = data::categoryTotals(job);
-    const SystemFormats& formats = systemFormats();
-    label("lMetalTotal").setCaption(formats.currency(totals.metal));
-    label("lDoorTotal").setCaption(formats.currency(totals.doors));
-    label("lMiscTotal").setCaption(formats.currency(totals.miscParts));
-    label("lGlassTotal").setCaption(formats.currency(totals.glass));
-    label("lLaborTotal").setCaption(formats.currency(totals.labor));
-    label("lGrandTotal").setCaption(formats.currency(totals.grandTotal()));
+    label("lMetalTotal").setNumber(totals.metal, kSystemCurrency);
+    label("lDoorTotal").setNumber(totals.doors, kSystemCurrency);
+    label("lMiscTotal").setNumber(totals.miscParts, kSystemCurrency);
+    label("lGlassTotal").setNumber(totals.glass, kSystemCurrency);
+    label("lLaborTotal").setNumber(totals.labor, kSystemCurrency);
+    label("lGrandTotal").setNumber(totals.grandTotal(), kSystemCurrency);
 }
 
 void FinalSummaryReport::showJobCounts() {
@@ -226,10 +234,10 @@ void FinalSummaryReport::showJobCounts() {
                             " where five are needed, separated by \"-\": lite count, panel "
                             "count, door count, glass area and elevation count.");
         }
-        label(kCounts[i]).setCaption(tail.substr(0, dash));
+        showRequestValue(label(kCounts[i]), tail.substr(0, dash));
         tail.erase(0, dash + 1);
     }
-    label("lElevationCount").setCaption(tail);
+    showRequestValue(label("lElevationCount"), tail);
 }
 
 } // namespace cost

@@ -200,7 +200,7 @@ void MarkupReport::showMarkupFigures(const db::Recordset& markup,
             if (!column.empty())
                 sum += markupFigure(markup, column);
         }
-        label(figure.control).setCaption(moneyText(sum, kMoneyFormat));
+        label(figure.control).setNumber(sum, kMoneyFormat);
     }
 }
 

@@ -4,7 +4,6 @@
 #include "data/statements.hpp"
 #include "platform/core/convert.hpp"
 #include "platform/core/error.hpp"
-#include "platform/core/number_format.hpp"
 #include "platform/core/system_formats.hpp"
 #include "platform/db/connection.hpp"
 #include "reports/common/heading.hpp"
@@ -184,7 +183,7 @@ void FinalGlassReport::detailFormat() {
     textBox("Field9").setValue(areaEach.isNull() ? Variant::null()
                                                  : Variant(numberOf("pSqrFt", areaEach)));
     const bool areaKnown = !areaEach.isNull() && !quantity.isNull();
-    label("lAreaSubTotal").setCaption(areaKnown ? formatNumber(m_lineArea, kAreaFormat) : "");
+    label("lAreaSubTotal").setNumber(areaKnown ? Variant(m_lineArea) : Variant(), kAreaFormat);
     if (m_options.minimumAreaCheck)
         checkMinimumArea(areaEach);
 }
@@ -200,7 +199,7 @@ void FinalGlassReport::checkMinimumArea(const Variant& areaEach) {
 
 void FinalGlassReport::groupFooter1Format() {
     m_grandArea += m_typeArea;
-    label("lTypeAreaTotal").setCaption(formatNumber(m_typeArea, kAreaFormat));
+    label("lTypeAreaTotal").setNumber(m_typeArea, kAreaFormat);
     m_typeArea = 0;
 }
 
@@ -219,18 +218,18 @@ void FinalGlassReport::showPerimeter() {
     if (!perimeter->eof()) {
         // A job without elevations (or without perimeters) sums to Null: no perimeter, 0.
         const Variant sum = perimeter->value("GlassSum");
-        label("lTotalPerimeter").setCaption(formatNumber(numberOf("GlassSum", sum), kAreaFormat));
+        label("lTotalPerimeter").setNumber(numberOf("GlassSum", sum), kAreaFormat);
     }
     perimeter->close();
 }
 
 void FinalGlassReport::reportFooterBeforePrint() {
     showPerimeter();
-    label("lGrandAreaTotal").setCaption(formatNumber(m_grandArea, kAreaFormat));
+    label("lGrandAreaTotal").setNumber(m_grandArea, kAreaFormat);
 
     // All lites as the footer printed them, less the door lites.
     const double allLites = numberFromText(textBox("Field15").text()).value_or(0.0);
-    label("lOtherLites").setCaption(toText(Variant(allLites - m_doorLiteCount)));
+    label("lOtherLites").setNumber(allLites - m_doorLiteCount, "");
 
     struct Row {
         const char* area;
@@ -250,9 +249,9 @@ void FinalGlassReport::reportFooterBeforePrint() {
         {"lDoorLites", "lDoorDlr", m_doorArea, m_doorCost},
     };
     for (const Row& row : rows) {
-        label(row.area).setCaption(formatNumber(row.areaValue, kAreaFormat));
+        label(row.area).setNumber(row.areaValue, kAreaFormat);
         if (m_options.prices)
-            label(row.cost).setCaption(formatNumber(row.costValue, kCostFormat));
+            label(row.cost).setNumber(row.costValue, kCostFormat);
     }
 }
 

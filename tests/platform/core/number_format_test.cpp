@@ -198,6 +198,11 @@ TEST(NumberFormat, NamedCurrencyIsTheSystemCurrency) {
     setSystemFormats(SystemFormats("en_US"));
     EXPECT_EQ(formatNumber(-1234.5, "Currency"), "-$1,234.50");
     EXPECT_EQ(formatValue(Variant(Currency::fromTicks(10050)), "currency"), "$1.01");
+    // Its Excel form is the system's currency format too, as the locale stands when asked.
+    const NumberFormat currency = NumberFormat::parse("Currency");
+    EXPECT_EQ(currency.excelPattern(), "$#,##0.00");
+    setSystemFormats(SystemFormats("de_DE"));
+    EXPECT_EQ(currency.excelPattern(), SystemFormats("de_DE").currencyExcelPattern());
     setSystemFormats(saved);
 }
 

@@ -78,6 +78,10 @@ TEST(SystemFormats, CurrencyUsesTheLocaleWithAMinusInFront) {
     EXPECT_EQ(us.currency(-1234.5), "-$1,234.50");
     EXPECT_EQ(SystemFormats("de_DE").currency(-1234.5), "-1.234,50\u00a0€");
     EXPECT_EQ(SystemFormats("ja_JP").currency(1234.5), "￥1,235");
+    // The same formats in Excel's syntax, for numbers written to a workbook.
+    EXPECT_EQ(us.currencyExcelPattern(), "$#,##0.00");
+    EXPECT_EQ(SystemFormats("de_DE").currencyExcelPattern(), "#,##0.00\"\u00a0€\"");
+    EXPECT_EQ(SystemFormats("ja_JP").currencyExcelPattern(), "\"￥\"#,##0");
     EXPECT_EQ(errorNumberOf([&] { us.currency(1.0 / 0.0); }), 6);
 }
 

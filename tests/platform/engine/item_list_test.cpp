@@ -82,6 +82,13 @@ std::vector<RoundTrip> roundTrips() {
     longNames.format = "\"" + std::string(300, 'f') + "\"#";
     longNames.font = -1;
     TextItem binary = cell(std::string("a\0b", 3), 0, 10);
+    TextItem header = cell("Job Glass Report", 720, 4000, Align::Center);
+    header.pageBand = PageBand::Header;
+    TextItem footer = numberCell(3, "Page  1 of  3", "\"Page  1 of  \"#");
+    footer.pageBand = PageBand::Footer;
+    footer.font = -7; // a negative font index shares its varint with the band
+    CheckBoxItem footerBox{{6480, 14400, 180, 180}, true, "CheckBox2", "PageFooter"};
+    footerBox.pageBand = PageBand::Footer;
     return {
         {"plain cell", cell("24 15/16", 3100, 900)},
         {"utf-8 text", cell("Verre tremp\xC3\xA9 \xE2\x80\x94 6 mm", 600, 1100)},
@@ -119,6 +126,9 @@ std::vector<RoundTrip> roundTrips() {
          RectItem{{-10, -20, -30, 40}, 0, kBlack, kBlack, false, "Shape2", "PF"}},
         {"checked box", CheckBoxItem{{6480, 3630, 180, 180}, true, "CheckBox1", "Detail"}},
         {"unchecked box", CheckBoxItem{{6480, -3870, 180, 180}, false, "CheckBox1", "Detail"}},
+        {"page header text", header},
+        {"page footer number, negative font", footer},
+        {"page footer box", footerBox},
     };
 }
 

@@ -62,6 +62,8 @@ class CostReportTest : public ::testing::TestWithParam<CostBackend> {
     void TearDown() override;
 
     db::Connection& vendor() { return *m_vendor->connection(); }
+    /// The vendor connection as the host hands it to a report (the final glass reports).
+    const host::ConnectionRef& vendorConnection() const { return m_vendor->connection(); }
     db::Connection& master() { return *m_master->connection(); }
 
     /// The fixture rows: tests/reports/fixtures/cost_vendor.sql and cost_master.sql.

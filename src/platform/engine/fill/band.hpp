@@ -46,6 +46,8 @@ struct Band {
     std::vector<ItemSource> sources;
     std::vector<CutMark> cuts;
     int height = 0;
+    /// The part of the page the band prints in; its text and check-box items carry it.
+    page::PageBand pageBand = page::PageBand::Body;
 
     void clear() {
         items.clear();
@@ -53,6 +55,7 @@ struct Band {
         sources.clear();
         cuts.clear();
         height = 0;
+        pageBand = page::PageBand::Body;
     }
 };
 

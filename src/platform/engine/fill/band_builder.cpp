@@ -1,6 +1,7 @@
 #include "platform/engine/fill/band_builder.hpp"
 
 #include "platform/core/convert.hpp"
+#include "platform/core/number_format.hpp"
 #include "platform/engine/controls.hpp"
 
 #include <algorithm>
@@ -43,6 +44,17 @@ std::string joinRuns(const std::vector<page::TextRun>& runs) {
     return out;
 }
 
+page::PageBand pageBandOf(const Section& section) {
+    switch (section.kind()) {
+    case SectionKind::PageHeader:
+        return page::PageBand::Header;
+    case SectionKind::PageFooter:
+        return page::PageBand::Footer;
+    default:
+        return page::PageBand::Body;
+    }
+}
+
 } // namespace
 
 BandBuilder::BandBuilder(TextLayout& text, SubReportRunner runSubReport)
@@ -56,6 +68,7 @@ int BandBuilder::fontOf(Control& control) {
 
 void BandBuilder::build(Section& section, Band& band) {
     band.clear();
+    band.pageBand = pageBandOf(section);
     m_placed.clear();
     const bool sectionGrows = section.canGrow();
     for (Control* control : section.controls()) {
@@ -127,6 +140,7 @@ int BandBuilder::addText(Control& control, const Section& section, std::string t
     item.background = s.background;
     item.control = s.name;
     item.section = section.name();
+    item.pageBand = band.pageBand;
     const TextLayout::Result laid = fillText(item, control, std::move(text), grow);
     const int growth = grow ? std::max(0, laid.height - item.box.height) : 0;
     item.box.height += growth;
@@ -159,10 +173,14 @@ TextLayout::Result BandBuilder::fillText(page::TextItem& item, Control& control,
     }
     item.numericValue.reset();
     item.format.clear();
-    if (control.kind() == ControlKind::TextBox) {
+    if (control.m_number && control.kind() != ControlKind::CheckBox) {
+        item.numericValue = control.m_number->value;
+        item.format = control.m_number->format;
+    } else if (control.kind() == ControlKind::TextBox) {
         auto& box = static_cast<TextBox&>(control);
         if (box.m_source == TextBox::TextSource::Formatted && box.m_value.isNumeric()) {
-            item.numericValue = toDouble(box.m_value);
+            // The decimal value the format rounded, as printed (a Single at its 7 digits).
+            item.numericValue = shownNumber(box.m_value).value_or(toDouble(box.m_value));
             item.format = box.outputFormat();
         }
     }
@@ -179,6 +197,7 @@ void BandBuilder::addDeferred(TextBox& box, const Section& section, Band& band) 
     item.background = s.background;
     item.control = s.name;
     item.section = section.name();
+    item.pageBand = band.pageBand;
     band.deferred.push_back(DeferredText{static_cast<int>(band.items.size()), s.summary.kind,
                                          s.outputFormat, s.wordWrap, s.clips});
     band.items.emplace_back(std::move(item));
@@ -191,7 +210,8 @@ void BandBuilder::addCheckBox(Control& control, const Section& section, Band& ba
     const page::Rect square{s.rect.x, s.rect.y + (s.rect.height - side) / 2, side, side};
     band.sources.push_back(
         ItemSource{static_cast<int>(band.items.size()), &control, control.m_revision, square});
-    band.items.emplace_back(page::CheckBoxItem{square, box.checked(), s.name, section.name()});
+    band.items.emplace_back(
+        page::CheckBoxItem{square, box.checked(), s.name, section.name(), band.pageBand});
     if (s.caption.empty())
         return;
     page::TextItem caption;
@@ -202,6 +222,7 @@ void BandBuilder::addCheckBox(Control& control, const Section& section, Band& ba
     caption.color = s.color;
     caption.control = s.name;
     caption.section = section.name();
+    caption.pageBand = band.pageBand;
     const TextLayout::Result laid = fillText(caption, control, s.caption, false);
     markCut(band, static_cast<int>(band.items.size()), caption, laid.cut, s.clips);
     band.items.emplace_back(std::move(caption));
@@ -212,6 +233,8 @@ int BandBuilder::addSubReport(SubReport& box, const Section&, Band& band) {
         return 0;
     m_strip.clear();
     m_runSubReport(box, m_strip);
+    for (page::Item& item : m_strip.items)
+        setPageBand(item, band.pageBand);
     const int growth = std::max(0, m_strip.height - box.height());
     append(m_strip, box.left(), box.top(), band);
     return growth;
@@ -299,6 +322,7 @@ void BandBuilder::refresh(Band& band) {
             item.background = s.background;
             item.control = s.name;
             item.section = control.sectionName();
+            item.pageBand = band.pageBand;
             source.item = static_cast<int>(band.items.size());
             band.items.emplace_back(std::move(item));
         }
@@ -432,6 +456,13 @@ bool BandBuilder::resolve(page::TextItem& item, std::string text, bool wrap) {
 
 std::string BandBuilder::printedText(const page::TextItem& item) {
     return joinRuns(item.runs);
+}
+
+void BandBuilder::setPageBand(page::Item& item, page::PageBand pageBand) {
+    if (auto* text = std::get_if<page::TextItem>(&item))
+        text->pageBand = pageBand;
+    else if (auto* check = std::get_if<page::CheckBoxItem>(&item))
+        check->pageBand = pageBand;
 }
 
 void BandBuilder::offset(page::Item& item, int dx, int dy) {

@@ -42,6 +42,9 @@ class BandBuilder {
     /// Move the items of `from` (with what waits on them) to the end of `to`, shifted by
     /// (dx, dy); `from` is left empty.
     static void append(Band& from, int dx, int dy, Band& to);
+    /// Mark a text or check-box item as printed in `pageBand` (a sub-report's items take the
+    /// band of the section they print in).
+    static void setPageBand(page::Item& item, page::PageBand pageBand);
 
   private:
     struct Placed {

@@ -16,11 +16,14 @@ namespace qr::page {
 // length and their bytes; a name is a varint whose low bit says whether the rest is a
 // NamePool id (0) or the length of the name's bytes that follow (1).
 //
-//   text   control section box font [color] [background] text runs... [number] format
+//   text   control section box font+band [color] [background] text runs... [number] format
 //   line   control section x1 y1 (x2-x1) (y2-y1) [thickness] [color]
 //   rect   control section box [thickness] [lineColor] [fill]
 //   check  control section box
 //
+// A text's font index and page band share one varint: the zigzag font index shifted left by
+// two bits, the band in the low bits (one byte for the first 32 fonts). A check box keeps its
+// band in two flag bits.
 // A box's coordinates are plain varints unless one of them is negative (a flag). A text's
 // runs start with a count: 0 when the runs are exactly the text's lines, which then store no
 // text of their own; otherwise the number of runs plus one, and each run's text is a
@@ -51,9 +54,13 @@ constexpr std::uint8_t kRectFill = 0x08;
 constexpr std::uint8_t kRectRounded = 0x10;
 constexpr std::uint8_t kRectThickness = 0x20;
 constexpr std::uint8_t kRectSignedBox = 0x40;
-// Check box flags.
+// Check box flags; bits 4-5 hold the page band.
 constexpr std::uint8_t kCheckChecked = 0x04;
 constexpr std::uint8_t kCheckSignedBox = 0x08;
+constexpr std::uint8_t kCheckBandShift = 4;
+
+constexpr std::uint8_t kBandMask = 0x03;
+constexpr int kFontBandBits = 2;
 
 constexpr int kDefaultThickness = 15;
 constexpr std::uint8_t kRawNumber = 0xFF;
@@ -125,8 +132,9 @@ class Writer {
         }
         m_out.push_back(static_cast<std::uint8_t>(v));
     }
-    void zigzag(std::int64_t v) {
-        varint((static_cast<std::uint64_t>(v) << 1) ^ static_cast<std::uint64_t>(v >> 63));
+    void zigzag(std::int64_t v) { varint(zigzagged(v)); }
+    static std::uint64_t zigzagged(std::int64_t v) {
+        return (static_cast<std::uint64_t>(v) << 1) ^ static_cast<std::uint64_t>(v >> 63);
     }
     void raw(const void* data, std::size_t size) {
         const auto* p = static_cast<const std::uint8_t*>(data);
@@ -188,8 +196,8 @@ class Reader {
         } while (b & 0x80);
         return v;
     }
-    std::int64_t zigzag() {
-        const std::uint64_t v = varint();
+    std::int64_t zigzag() { return unzigzagged(varint()); }
+    static std::int64_t unzigzagged(std::uint64_t v) {
         return static_cast<std::int64_t>((v >> 1) ^ (~(v & 1) + 1));
     }
     int integer() { return static_cast<int>(zigzag()); }
@@ -259,7 +267,7 @@ void encode(Writer& w, const TextItem& t) {
     w.name(t.control);
     w.name(t.section);
     w.box(t.box, signedBox);
-    w.zigzag(t.font);
+    w.varint(Writer::zigzagged(t.font) << kFontBandBits | static_cast<std::uint8_t>(t.pageBand));
     if (t.color != kBlack)
         w.varint(t.color);
     if (t.background)
@@ -326,6 +334,7 @@ void encode(Writer& w, const CheckBoxItem& c) {
     std::uint8_t head = kCheck;
     head |= c.checked ? kCheckChecked : 0;
     head |= signedBox ? kCheckSignedBox : 0;
+    head |= static_cast<std::uint8_t>(static_cast<std::uint8_t>(c.pageBand) << kCheckBandShift);
     w.byte(head);
     w.name(c.control);
     w.name(c.section);
@@ -358,7 +367,9 @@ void decodeText(Reader& r, std::uint8_t head, Item& out) {
     t.control.assign(r.name());
     t.section.assign(r.name());
     t.box = r.box((head & kTextSignedBox) != 0);
-    t.font = r.integer();
+    const std::uint64_t fontAndBand = r.varint();
+    t.font = static_cast<int>(Reader::unzigzagged(fontAndBand >> kFontBandBits));
+    t.pageBand = static_cast<PageBand>(fontAndBand & kBandMask);
     t.color = (head & kTextColor) ? static_cast<Color>(r.varint()) : kBlack;
     if (head & kTextBackground)
         t.background = static_cast<Color>(r.varint());
@@ -428,6 +439,7 @@ void decodeCheck(Reader& r, std::uint8_t head, Item& out) {
     c.section.assign(r.name());
     c.box = r.box((head & kCheckSignedBox) != 0);
     c.checked = (head & kCheckChecked) != 0;
+    c.pageBand = static_cast<PageBand>((head >> kCheckBandShift) & kBandMask);
 }
 
 void decodeItem(const std::uint8_t* at, Item& out) {

@@ -37,6 +37,11 @@ inline constexpr Color kBlack = 0x000000;
 
 enum class Align { Left, Center, Right };
 
+/// Where on its page an item was printed: in the body, or in the page header or page footer
+/// that every page repeats. Outputs that are not paged (the workbook) show the body once and
+/// treat the repeated parts apart.
+enum class PageBand : std::uint8_t { Body, Header, Footer };
+
 /// One laid-out line of text: its left end at x and its baseline at y.
 struct TextRun {
     int x = 0;
@@ -47,9 +52,9 @@ struct TextRun {
 };
 
 /// A label or text box as printed. `runs` are the lines the engine placed inside `box`.
-/// `numericValue` holds the number behind the text when the control showed a number, and
-/// `format` the output format it was shown with, so the workbook can write a numeric cell
-/// with the same format.
+/// `numericValue` holds the number behind the text when the control showed a number (a bound
+/// or summed value, or a number a handler set through a format), and `format` the output
+/// format it was shown with, so the workbook can write a numeric cell with the same format.
 struct TextItem {
     Rect box;
     int font = 0; // index into Pages::fonts
@@ -62,6 +67,7 @@ struct TextItem {
     std::string format;
     std::string control; // design name of the control, for dumps and tests
     std::string section; // design name of the section that printed it
+    PageBand pageBand = PageBand::Body;
     bool operator==(const TextItem&) const = default;
 };
 
@@ -90,6 +96,7 @@ struct CheckBoxItem {
     bool checked = false;
     std::string control;
     std::string section; // design name of the section that printed it
+    PageBand pageBand = PageBand::Body;
     bool operator==(const CheckBoxItem&) const = default;
 };
 
