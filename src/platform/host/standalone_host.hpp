@@ -2,7 +2,8 @@
 // The standalone host: a real implementation of the host classes for use outside the host
 // application (the command line, the demo, the tests). Given connections, its services read the
 // master database's Users, Company and UserSettings tables and the vendor database's Vendor
-// table; without one they answer from the configuration. It makes folders with
+// table, and store user settings in UserSettings; without one they answer from (and store
+// settings in) the configuration. It makes folders with
 // std::filesystem, shows error dialogs through the platform message box, and keeps every usage
 // and error entry it is given, writing them to the master database's UsageLog table when it has
 // a log connection (error entries also go to standard error).

@@ -19,14 +19,6 @@
 
 namespace qr::reports {
 
-/// Where one label of a run lands: the sheet (page) and its row and column, all from 0.
-struct LabelSlot {
-    int sheet = 0;
-    int row = 0;
-    int column = 0;
-    bool operator==(const LabelSlot&) const = default;
-};
-
 /// A sheet of labels as die-cut. All lengths are twips.
 struct LabelSheet {
     const char* stock; ///< "Avery 5260"
@@ -45,13 +37,6 @@ struct LabelSheet {
     constexpr page::Rect label(int row, int column) const {
         return {sideMargin + column * pitchAcross, topMargin + row * pitchDown, labelWidth,
                 labelHeight};
-    }
-
-    /// Where the label of a run numbered `index` (from 0) lands: sheets fill across each row,
-    /// then down, and the next sheet starts where one is full.
-    constexpr LabelSlot slotOf(int index) const {
-        const int onSheet = index % labelsPerSheet();
-        return {index / labelsPerSheet(), onSheet / columns, onSheet % columns};
     }
 };
 

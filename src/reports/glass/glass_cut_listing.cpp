@@ -28,12 +28,12 @@ struct CutColumn {
 };
 
 constexpr std::array<CutColumn, 8> kColumns{{
-    {"Label2", "Glass Label", "txtLabel", "sLabel", 0, 1000},
-    {"Label3", "Glass Type", "txtGlassType", "sGlassType", 1050, 1650},
-    {"Label4", "Part Type", "PartType", "sPartType", 2750, 800},
-    {"Label5", "Width", "txtWidth", "sWidth", 3600, 900},
-    {"Label6", "L Height", "txtLeftHeight", "sLeftHeight", 4550, 900},
-    {"Label7", "R Height", "txtRightHeight", "sRightHeight", 5500, 900},
+    {"Label2", "Glass Label", "txtLabel", "sLabel", 0, 1100},
+    {"Label3", "Glass Type", "txtGlassType", "sGlassType", 1150, 1600},
+    {"Label4", "Part Type", "PartType", "sPartType", 2800, 900},
+    {"Label5", "Width", "txtWidth", "sWidth", 3750, 850},
+    {"Label6", "L Height", "txtLeftHeight", "sLeftHeight", 4650, 850},
+    {"Label7", "R Height", "txtRightHeight", "sRightHeight", 5550, 850},
     {"Label9", "Description", "txtDescription", "sDescription", 6450, 2600},
     {"Label10", "Elevation", "txtElevation", "sElevName", 9100, kWidth - 9100},
 }};

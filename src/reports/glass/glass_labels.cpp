@@ -80,7 +80,8 @@ struct FirstLine {
     const char* leftColumn;
     const char* rightBox;
     const char* rightColumn;
-    int split; ///< where the right box starts on the label
+    int split;       ///< where the right box starts on the label
+    bool leftIsMark; ///< the left box shows the glass label, in bold
 };
 
 struct Variant5267 {
@@ -94,22 +95,26 @@ constexpr Variant5267 kVariants[] = {
     {'A',
      "arAvery5267AGlassLabels",
      "Avery 5267 Glass Label #1",
-     {"txtLabel", "sLabel", "txtDescription", "sDescription", 860}},
+     {"txtLabel", "sLabel", "txtDescription", "sDescription", 860, true}},
     {'B',
      "arAvery5267BGlassLabels",
      "Avery 5267 Glass Label #2",
-     {"txtLabel", "sLabel", "txtGlassType", "sGlassType", 860}},
+     {"txtLabel", "sLabel", "txtGlassType", "sGlassType", 860, true}},
     {'C',
      "arAvery5267CGlassLabels",
      "Avery 5267Glass Label #3",
-     {"txtGlassType", "sGlassType", "txtDescription", "sDescription", 1180}},
+     {"txtGlassType", "sGlassType", "txtDescription", "sDescription", 1320, false}},
 };
 
 std::vector<ControlDesign> avery5267Label(const FirstLine& first) {
     const LabelWriter w(kAvery5267, 7);
     const int third = (k5267Right - k5267Left) / 3;
+    ControlDesign left =
+        w.box(first.leftBox, onLine5267(0, k5267Left, first.split - 40), first.leftColumn);
+    if (first.leftIsMark)
+        left.bold();
     return {
-        w.box(first.leftBox, onLine5267(0, k5267Left, first.split - 40), first.leftColumn).bold(),
+        std::move(left),
         w.box(first.rightBox, onLine5267(0, first.split, k5267Right), first.rightColumn),
         w.box("txtWidth", onLine5267(1, k5267Left, k5267Left + third - 40), "sWidth"),
         w.box("txtLeftHeight", onLine5267(1, k5267Left + third, k5267Left + 2 * third - 40),
