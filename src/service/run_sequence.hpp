@@ -29,15 +29,21 @@ template <class Body> void trapTypedMethod(const char* methodName, Body&& body) 
 
 /// The typed print methods' mechanism: take the thread's report object of `reportClass`, set its
 /// members (`setMembers`), run the sequence, release the object, all inside the method's error
-/// handling.
+/// handling. The object is released on a failure too: its members point into the caller's
+/// objects, which the caller may discard once the call returns, and a later request for the
+/// same class on this thread must not run over them.
 template <class R, class SetMembers>
 void runTypedMethod(const char* methodName, const char* reportClass, bool preview,
                     SetMembers&& setMembers) {
+    struct Release {
+        const char* reportClass;
+        ~Release() { releaseReportObject(reportClass); }
+    };
     trapTypedMethod(methodName, [&] {
+        Release release{reportClass};
         R& report = reportObjectAs<R>(reportClass);
         setMembers(report);
         runSequence(report, preview);
-        releaseReportObject(reportClass);
     });
 }
 
