@@ -170,8 +170,9 @@ TEST_F(FinalPartsTest, TheHeadingShowsTheUsersTitleAndPhoneWithTheirFallbacks) {
             EXPECT_EQ(printed(pages, "lJobName"), Texts{kPartsJob});
             EXPECT_EQ(printed(pages, "lColor"), Texts{"Dark Bronze Anodized"});
             EXPECT_EQ(printed(pages, "lEmail"), Texts{"dana@cascadeglazing.example"});
-            // An empty list: the heading and the captions, no lines.
+            // An empty list: the heading and the captions, no lines, and no pricing note.
             EXPECT_TRUE(printed(pages, "PartNumberField").empty());
+            EXPECT_TRUE(printed(pages, "NoteUnderTitleLabel").empty());
             EXPECT_EQ(printed(pages, "Label2"), Texts{"Vendor:"});
         }
     }

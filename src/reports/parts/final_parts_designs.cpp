@@ -21,6 +21,9 @@ struct Layout {
     engine::PageSettings page;
     const char* subheading; ///< the pricing note under the title, if any
     const char* subheadingText;
+    /// The landscape note shows only once a line priced by unit says so, so a list without
+    /// lines makes no claim about its pricing.
+    bool subheadingShown;
     std::vector<Column> columns;
     const char* grandTotal;  ///< the grand total box, nullptr for none
     const char* totalColumn; ///< the column it stands under
@@ -45,7 +48,8 @@ engine::SectionDesign reportHeaderOf(const Layout& layout, CaptionMaker& caption
          .left = {{"Vendor:", "lVendor"}, {"Job  Name:", "lJobName"}, {"Finish Color:", "lColor"}},
          .right = {{"Phone:", "lPhone"}, {"Email:", "lEmail"}},
          .subheading = layout.subheading,
-         .subheadingText = layout.subheadingText},
+         .subheadingText = layout.subheadingText,
+         .subheadingShown = layout.subheadingShown},
         captions);
     parts::addColumnCaptions(controls, layout.columns, headingHeight, captions);
     const int rule = headingHeight + parts::kCaptionRows * parts::kCaptionRowHeight + 40;
@@ -102,6 +106,7 @@ Layout landscape() {
                  .printWidth = 14400},
         .subheading = "NoteUnderTitleLabel",
         .subheadingText = "(Priced by Unit Quantity)",
+        .subheadingShown = false,
         .columns =
             {
                 {"QuantityField", "Quantity", "", 0, 700, Align::Right, {"Units"}},
@@ -150,6 +155,7 @@ Layout portrait() {
                  .printWidth = 10890},
         .subheading = "ByPackageSubheading",
         .subheadingText = "(By Package)",
+        .subheadingShown = true,
         .columns =
             {
                 {"PackageQuantityField",
@@ -196,6 +202,7 @@ Layout withoutPrices() {
                  .printWidth = 10980},
         .subheading = nullptr,
         .subheadingText = "",
+        .subheadingShown = false,
         .columns =
             {
                 {"QuantityField", "Quantity", "#,##0", 0, 800, Align::Right, {"Units"}},

@@ -52,9 +52,12 @@ int addHeadingBlock(std::vector<engine::ControlDesign>& controls, const HeadingB
     const int half = block.width / 2;
     int top = kFirmTop;
     if (block.subheading) {
-        controls.push_back(textLabel(block.subheading, {0, kTitleHeight, half, kHeadingRow},
-                                     kHeadingTextSize, block.subheadingText)
-                               .bold());
+        auto subheading = textLabel(block.subheading, {0, kTitleHeight, half, kHeadingRow},
+                                    kHeadingTextSize, block.subheadingText)
+                              .bold();
+        if (!block.subheadingShown)
+            subheading.hidden();
+        controls.push_back(std::move(subheading));
         top += kHeadingRow;
     }
     controls.push_back(textLabel("lGlassfirm", {0, top, half, kFirmHeight}, 11, "xx").bold());

@@ -38,6 +38,8 @@ struct HeadingBlock {
     /// A label right under the title (a note on the pricing), when the design has one.
     const char* subheading = nullptr;
     const char* subheadingText = "";
+    /// Whether the subheading shows before a handler says so.
+    bool subheadingShown = true;
 };
 
 /// Adds the block's controls (the title as Label1 and the captions numbered on from there by
