@@ -4,6 +4,7 @@
 #   OUT/Jobs/<job>/Reports/...          the PDF and workbook exports of each report
 #   OUT/printed/*.pdf                   each report printed without a dialog (to a file)
 #   OUT/preview/*.pdf                   the headless previews
+#   OUT/data/parts/*.json               the report data of the typed parts methods, per job
 set -euo pipefail
 program=$1
 out=$2
@@ -15,7 +16,7 @@ export SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(date +%s)}
 "$program" --version
 echo "== sample databases"
 "$program" make-sample --vendor "sqlite:$out/vendor.db" --master "sqlite:$out/master.db" \
-  > "$out/report-tables.txt"
+  --data-dir "$out/data/parts" > "$out/report-tables.txt"
 echo "report tables: $(tr '\n' ' ' < "$out/report-tables.txt")"
 
 failures=0
@@ -58,6 +59,14 @@ for method in PrintFinalGlassPortraitReport PrintFinalGlassLandscapeReport \
     "$program" call "$method" --data "$job1" --vendor-path "$out" --no-preview --excel --pdf
   run "$method (job 2, preview)" "$program" call "$method" --data "$job2" --vendor-path "$out" \
     --preview
+done
+
+echo "== parts and metal reports (typed methods, data files from make-sample)"
+for data in "$out"/data/parts/*.json; do
+  name=$(basename "$data" .json)
+  run "${name%-job*} (${name##*-})" \
+    env QUARVEX_PRINTER="file:$out/printed/$name.pdf" \
+    "$program" call "${name%-job*}" --data "$data" --vendor-path "$out" --no-preview --excel --pdf
 done
 
 echo "== cost reports (request strings)"

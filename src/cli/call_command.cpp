@@ -1,11 +1,13 @@
 // quarvex-reports call METHOD --data FILE.json [--vendor-path DIR] [--preview | --no-preview]
-//                      [--excel] [--pdf]
+//                      [--excel] [--pdf] [--report-format TEXT] [--vendor CONN] [--master CONN]
+// quarvex-reports call METHOD --example
 // quarvex-reports call --list
 // Runs one typed print method of PrintService with report data read from JSON.
 
 #include "cli/cli_host.hpp"
 #include "cli/commands.hpp"
 #include "platform/core/error.hpp"
+#include "platform/db/connection.hpp"
 #include "service/print_service.hpp"
 #include "service/report_registry.hpp"
 
@@ -31,15 +33,25 @@ std::vector<const service::TypedMethod*> methods() {
 void printUsage(std::ostream& out) {
     out << "Usage: quarvex-reports call METHOD --data FILE.json [--vendor-path DIR]\n"
            "                            [--preview | --no-preview] [--excel] [--pdf]\n"
-           "                            [--report-format TEXT]\n"
+           "                            [--report-format TEXT] [--vendor CONN] [--master CONN]\n"
+           "       quarvex-reports call METHOD --example\n"
            "       quarvex-reports call --list\n\n"
-           "Runs a typed print method. --data holds the report data as JSON keyed by the host's\n"
-           "member names (User.Name, Job.JobID, GlassQuery, Connection, ...). --vendor-path is\n"
-           "the vendor folder exports go under; --preview/--no-preview set bPreview (printing\n"
-           "goes to the default printer, or as QUARVEX_PRINTER says); --excel and --pdf ask for\n"
-           "the exports; --report-format sets ReportFormat. Exit code 0: the report ran with no\n"
-           "error shown; 1: an error was shown\n"
-           "(also on standard error); 2: usage error.\n";
+           "Runs a typed print method. --data holds the method's host objects as JSON keyed by\n"
+           "the host's member names (User.Name, JobName, Items[0].Part.Multiplier, ...); a\n"
+           "method with several host objects takes one object keyed by the parameter names\n"
+           "({\"oReportData\": ..., \"oUserDefaults\": ...}). --example prints a small, valid\n"
+           "data file for the method. --vendor-path is the vendor folder exports go under;\n"
+           "--preview/--no-preview set bPreview (printing goes to the default printer, or as\n"
+           "QUARVEX_PRINTER says); --excel and --pdf ask for the exports; --report-format sets\n"
+           "ReportFormat; --vendor and --master set the service's two connections for the\n"
+           "methods that read through them. Exit code 0: the report ran with no error shown;\n"
+           "1: an error was shown (also on standard error), bad report data included;\n"
+           "2: usage error.\n";
+}
+
+/// The service's connection from a --vendor or --master value; none when not given.
+host::ConnectionRef openConnection(const std::string& connection) {
+    return connection.empty() ? nullptr : std::make_shared<db::Connection>(connection);
 }
 
 bool readFile(const std::string& path, std::string& content) {
@@ -76,7 +88,8 @@ int runCall(const Args& args) {
         return 2;
     }
     service::TypedCallArguments options;
-    std::string dataFile;
+    std::string dataFile, vendor, master;
+    bool example = false;
     for (size_t i = 1; i < args.size(); ++i) {
         const std::string& a = args[i];
         auto value = [&](const char* option) -> std::optional<std::string> {
@@ -101,6 +114,13 @@ int runCall(const Args& args) {
             if (!v)
                 return 2;
             options.reportFormat = *v;
+        } else if (a == "--vendor" || a == "--master") {
+            auto v = value(a.c_str());
+            if (!v)
+                return 2;
+            (a == "--vendor" ? vendor : master) = *v;
+        } else if (a == "--example") {
+            example = true;
         } else if (a == "--preview") {
             options.preview = true;
         } else if (a == "--no-preview") {
@@ -115,6 +135,14 @@ int runCall(const Args& args) {
             return 2;
         }
     }
+    if (example) {
+        if (!method->example) {
+            std::cerr << "quarvex-reports call: " << method->name << " has no example data yet\n";
+            return 2;
+        }
+        std::cout << method->example();
+        return 0;
+    }
     if (method->needsData && dataFile.empty()) {
         std::cerr << "quarvex-reports call: " << method->name << " needs --data FILE.json\n";
         return 2;
@@ -124,13 +152,25 @@ int runCall(const Args& args) {
         return 2;
     }
 
+    host::ConnectionRef vendorConnection, masterConnection;
+    try {
+        vendorConnection = openConnection(vendor);
+        masterConnection = openConnection(master);
+    } catch (const Error& e) {
+        std::cerr << "quarvex-reports call: " << e.description() << "\n";
+        return 1;
+    }
     CliHost cliHost(host::StandaloneConfig{});
+    if (masterConnection)
+        cliHost.host()->setLogConnection(masterConnection);
     try {
         service::PrintService service;
         service.setContainer(cliHost.host());
+        service.setVendorConnection(vendorConnection);
+        service.setMasterConnection(masterConnection);
+        // The method reads its report data and reports its own failures, bad data included.
         method->call(service, options);
     } catch (const Error& e) {
-        // Only the report data itself can fail here; the methods trap everything else.
         std::cerr << "quarvex-reports call: " << e.description() << "\n";
         return 1;
     }

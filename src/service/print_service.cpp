@@ -4,6 +4,11 @@
 #include "platform/host/error_log.hpp"
 #include "platform/host/module_state.hpp"
 #include "reports/glass/final_glass_report.hpp"
+#include "reports/parts/cut_list.hpp"
+#include "reports/parts/final_parts_report.hpp"
+#include "reports/parts/job_parts_report.hpp"
+#include "reports/parts/lineal_report.hpp"
+#include "reports/parts/metal_recap.hpp"
 #include "service/component.hpp"
 #include "service/dispatcher.hpp"
 #include "service/report_registry.hpp"
@@ -41,6 +46,27 @@ void runFinalGlass(const char* method, host::FinalGlassReportData& data,
         report.ShouldExportToExcel = excel;
         report.ShouldExportToPdf = pdf;
     });
+}
+
+// The three final parts methods differ only in their report class.
+template <class R>
+void runFinalParts(const char* method, host::FinalPartsReportData& data,
+                   const std::string& vendorPath, host::UserDefaults& defaults, bool excel,
+                   bool pdf, bool preview) {
+    storeVendorPath(vendorPath);
+    runTypedMethod<R>(method, reportClassOf(method), preview, [&](R& report) {
+        report.ReportData = &data;
+        report.UserWantsExcelExport = excel;
+        report.UserWantsPdfExport = pdf;
+        report.UserDefaults = &defaults;
+    });
+}
+
+// The two job parts methods: the report data is all they set.
+template <class R>
+void runJobParts(const char* method, host::JobPartsReportData& data, bool preview) {
+    runTypedMethod<R>(method, reportClassOf(method), preview,
+                      [&](R& report) { report.ReportData = &data; });
 }
 
 } // namespace
@@ -94,7 +120,7 @@ void PrintService::PrintMultipleElevationGlassReports(host::ElevationGlassReport
 void PrintService::PrintElevationPartsReport(host::User& oUser, host::ElevationData& oElevation,
                                              host::PartsReportListItems& oPartsReportListItems,
                                              std::string& sVendorPath, bool bPreview) {
-    try {
+    trapTypedMethod("PrintElevationPartsReport", [&] {
         auto companyService = host::hostClasses().createCompanyService();
         companyService->setConnection(m_masterConnection);
         host::Company company = companyService->getCompany();
@@ -114,56 +140,75 @@ void PrintService::PrintElevationPartsReport(host::User& oUser, host::ElevationD
         engine::Report& report = reportObject(reportClass);
         runSequence(report, bPreview);
         releaseReportObject(reportClass);
-    } catch (...) {
-        host::messageBox().show(host::currentErrorDescription(), host::MessageIcon::Information,
-                                "Error Encountered");
-    }
+    });
 }
 
-void PrintService::PrintLinealReport(host::LinealReportData&, std::string& sVendorPath, bool&,
-                                     bool&, bool bPreview) {
+void PrintService::PrintLinealReport(host::LinealReportData& oReportData, std::string& sVendorPath,
+                                     bool& ExportToExcel, bool& ExportToPDF, bool bPreview) {
     storeVendorPath(sVendorPath);
-    runUnavailable("PrintLinealReport", bPreview);
+    runTypedMethod<reports::FinalPartsLineal>("PrintLinealReport",
+                                              reportClassOf("PrintLinealReport"), bPreview,
+                                              [&](reports::FinalPartsLineal& report) {
+                                                  report.ReportData = &oReportData;
+                                                  report.UserWantsExcelExport = ExportToExcel;
+                                                  report.UserWantsPdfExport = ExportToPDF;
+                                              });
 }
 
-void PrintService::PrintMetalRecapReport(host::MetalRecapReportData&, bool bPreview) {
-    runUnavailable("PrintMetalRecapReport", bPreview);
+void PrintService::PrintMetalRecapReport(host::MetalRecapReportData& oReportData, bool bPreview) {
+    runTypedMethod<reports::ar2MetalRecap>(
+        "PrintMetalRecapReport", reportClassOf("PrintMetalRecapReport"), bPreview,
+        [&](reports::ar2MetalRecap& report) { report.ReportData = &oReportData; });
 }
 
-void PrintService::PrintOptimizedCutListReport(host::OptimizedCutListReportData&,
-                                               std::string& sVendorPath, bool bPreview, bool,
-                                               bool) {
+void PrintService::PrintOptimizedCutListReport(host::OptimizedCutListReportData& oReportData,
+                                               std::string& sVendorPath, bool bPreview,
+                                               bool bExportToExcel, bool bExportToPdf) {
     storeVendorPath(sVendorPath);
-    runUnavailable("PrintOptimizedCutListReport", bPreview);
+    runTypedMethod<reports::AR2CutList>("PrintOptimizedCutListReport",
+                                        reportClassOf("PrintOptimizedCutListReport"), bPreview,
+                                        [&](reports::AR2CutList& report) {
+                                            report.ReportData = &oReportData;
+                                            report.UserWantsExcelExport = bExportToExcel;
+                                            report.UserWantsPdfExport = bExportToPdf;
+                                        });
 }
 
-void PrintService::PrintFinalPartsReportLandscape(host::FinalPartsReportData&,
-                                                  std::string& sVendorPath, host::UserDefaults&,
-                                                  bool, bool, bool bPreview) {
-    storeVendorPath(sVendorPath);
-    runUnavailable("PrintFinalPartsReportLandscape", bPreview);
+void PrintService::PrintFinalPartsReportLandscape(host::FinalPartsReportData& oReportData,
+                                                  std::string& sVendorPath,
+                                                  host::UserDefaults& oUserDefaults,
+                                                  bool bExportToExcel, bool bExportToPdf,
+                                                  bool bPreview) {
+    runFinalParts<reports::FinalPartsAR>("PrintFinalPartsReportLandscape", oReportData, sVendorPath,
+                                         oUserDefaults, bExportToExcel, bExportToPdf, bPreview);
 }
 
-void PrintService::PrintFinalPartsReportPortrait(host::FinalPartsReportData&,
-                                                 std::string& sVendorPath, host::UserDefaults&,
-                                                 bool, bool, bool bPreview) {
-    storeVendorPath(sVendorPath);
-    runUnavailable("PrintFinalPartsReportPortrait", bPreview);
+void PrintService::PrintFinalPartsReportPortrait(host::FinalPartsReportData& oReportData,
+                                                 std::string& sVendorPath,
+                                                 host::UserDefaults& oUserDefaults,
+                                                 bool bExportToExcel, bool bExportToPdf,
+                                                 bool bPreview) {
+    runFinalParts<reports::FinalPartsAR2>("PrintFinalPartsReportPortrait", oReportData, sVendorPath,
+                                          oUserDefaults, bExportToExcel, bExportToPdf, bPreview);
 }
 
-void PrintService::PrintFinalPartsReportWithNoPrices(host::FinalPartsReportData&,
-                                                     std::string& sVendorPath, host::UserDefaults&,
-                                                     bool, bool, bool bPreview) {
-    storeVendorPath(sVendorPath);
-    runUnavailable("PrintFinalPartsReportWithNoPrices", bPreview);
+void PrintService::PrintFinalPartsReportWithNoPrices(host::FinalPartsReportData& oReportData,
+                                                     std::string& sVendorPath,
+                                                     host::UserDefaults& oUserDefaults,
+                                                     bool bExportToExcel, bool bExportToPdf,
+                                                     bool bPreview) {
+    runFinalParts<reports::FinalPartsARNP>("PrintFinalPartsReportWithNoPrices", oReportData,
+                                           sVendorPath, oUserDefaults, bExportToExcel, bExportToPdf,
+                                           bPreview);
 }
 
-void PrintService::PrintJobPartsReport(host::JobPartsReportData&, bool bPreview) {
-    runUnavailable("PrintJobPartsReport", bPreview);
+void PrintService::PrintJobPartsReport(host::JobPartsReportData& oReportData, bool bPreview) {
+    runJobParts<reports::JobPartsAR>("PrintJobPartsReport", oReportData, bPreview);
 }
 
-void PrintService::PrintJobPartsReportByElevation(host::JobPartsReportData&, bool bPreview) {
-    runUnavailable("PrintJobPartsReportByElevation", bPreview);
+void PrintService::PrintJobPartsReportByElevation(host::JobPartsReportData& oReportData,
+                                                  bool bPreview) {
+    runJobParts<reports::JobElevAR>("PrintJobPartsReportByElevation", oReportData, bPreview);
 }
 
 void PrintService::PrintCutLabelsLarge(host::CutLabelsReportData&, bool bPreview) {

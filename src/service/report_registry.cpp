@@ -1,5 +1,6 @@
 #include "service/report_registry.hpp"
 
+#include "data/sample/parts_examples.hpp"
 #include "reports/cost/ar_markup.hpp"
 #include "reports/cost/ar_markup2.hpp"
 #include "reports/cost/final_labor.hpp"
@@ -8,6 +9,11 @@
 #include "reports/glass/glass_cut_reports.hpp"
 #include "reports/glass/glass_to_order.hpp"
 #include "reports/glass/job_glass_report.hpp"
+#include "reports/parts/cut_list.hpp"
+#include "reports/parts/final_parts_report.hpp"
+#include "reports/parts/job_parts_report.hpp"
+#include "reports/parts/lineal_report.hpp"
+#include "reports/parts/metal_recap.hpp"
 #include "service/typed_calls.hpp"
 
 #include <vector>
@@ -29,6 +35,7 @@ constexpr const char* kFinalPartsParameters = "oReportData, sVendorPath, oUserDe
 constexpr const char* kDataAndPreview = "oReportData, bPreview = True";
 
 namespace calls = typed_calls;
+namespace examples = data::sample;
 
 // Every report class; a class with no factory is not built yet (error 429 when asked for).
 std::vector<ReportRegistration> buildRegistry() {
@@ -75,55 +82,38 @@ std::vector<ReportRegistration> buildRegistry() {
         {"ElevGlassAR2", {}, "elevglassar2"},
 
         // Parts and metal
-        {"FinalPartsAR",
-         {},
-         nullptr,
-         false,
-         TypedMethod{"PrintFinalPartsReportLandscape", kFinalPartsParameters, false,
-                     calls::finalPartsLandscape}},
-        {"FinalPartsAR2",
-         {},
-         nullptr,
-         false,
-         TypedMethod{"PrintFinalPartsReportPortrait", kFinalPartsParameters, false,
-                     calls::finalPartsPortrait}},
-        {"FinalPartsARNP",
-         {},
-         nullptr,
-         false,
-         TypedMethod{"PrintFinalPartsReportWithNoPrices", kFinalPartsParameters, false,
-                     calls::finalPartsWithNoPrices}},
-        {"FinalPartsLineal",
-         {},
-         nullptr,
-         false,
+        {"FinalPartsAR", make<reports::FinalPartsAR>(), nullptr, false,
+         TypedMethod{"PrintFinalPartsReportLandscape", kFinalPartsParameters, true,
+                     calls::finalPartsLandscape, examples::finalPartsExampleJson},
+         reports::FinalPartsAR::kExportSuffixes},
+        {"FinalPartsAR2", make<reports::FinalPartsAR2>(), nullptr, false,
+         TypedMethod{"PrintFinalPartsReportPortrait", kFinalPartsParameters, true,
+                     calls::finalPartsPortrait, examples::finalPartsExampleJson},
+         reports::FinalPartsAR2::kExportSuffixes},
+        {"FinalPartsARNP", make<reports::FinalPartsARNP>(), nullptr, false,
+         TypedMethod{"PrintFinalPartsReportWithNoPrices", kFinalPartsParameters, true,
+                     calls::finalPartsWithNoPrices, examples::finalPartsExampleJson},
+         reports::FinalPartsARNP::kExportSuffixes},
+        {"FinalPartsLineal", make<reports::FinalPartsLineal>(), nullptr, false,
          TypedMethod{"PrintLinealReport",
-                     "oReportData, sVendorPath, ExportToExcel, ExportToPDF, bPreview = True", false,
-                     calls::lineal}},
-        {"ar2MetalRecap",
-         {},
-         nullptr,
-         false,
-         TypedMethod{"PrintMetalRecapReport", kDataAndPreview, false, calls::metalRecap}},
-        {"JobPartsAR",
-         {},
-         "jobpartsar",
-         false,
-         TypedMethod{"PrintJobPartsReport", kDataAndPreview, false, calls::jobParts}},
-        {"JobElevAR",
-         {},
-         "jobelevar",
-         false,
-         TypedMethod{"PrintJobPartsReportByElevation", kDataAndPreview, false,
-                     calls::jobPartsByElevation}},
-        {"AR2CutList",
-         {},
-         "ar2cutlist",
-         false,
+                     "oReportData, sVendorPath, ExportToExcel, ExportToPDF, bPreview = True", true,
+                     calls::lineal, examples::linealExampleJson},
+         reports::FinalPartsLineal::kExportSuffixes},
+        {"ar2MetalRecap", make<reports::ar2MetalRecap>(), nullptr, false,
+         TypedMethod{"PrintMetalRecapReport", kDataAndPreview, true, calls::metalRecap,
+                     examples::metalRecapExampleJson}},
+        {"JobPartsAR", make<reports::JobPartsAR>(), "jobpartsar", false,
+         TypedMethod{"PrintJobPartsReport", kDataAndPreview, true, calls::jobParts,
+                     examples::jobPartsExampleJson}},
+        {"JobElevAR", make<reports::JobElevAR>(), "jobelevar", false,
+         TypedMethod{"PrintJobPartsReportByElevation", kDataAndPreview, true,
+                     calls::jobPartsByElevation, examples::jobPartsExampleJson}},
+        {"AR2CutList", make<reports::AR2CutList>(), "ar2cutlist", false,
          TypedMethod{"PrintOptimizedCutListReport",
                      "oReportData, sVendorPath, bPreview = True, bExportToExcel = False, "
                      "bExportToPdf = False",
-                     false, calls::optimizedCutList}},
+                     true, calls::optimizedCutList, examples::cutListExampleJson},
+         reports::AR2CutList::kExportSuffixes},
         {"AR2MetalCutListings",
          {},
          "ar2metalcutlistings",

@@ -43,6 +43,8 @@ struct TypedMethod {
     const char* parameters; ///< as the host's interface declares them
     bool needsData;         ///< the report data must be given
     TypedCall call;
+    /// A small, valid data document for the method (`call METHOD --example`); nullptr for none.
+    std::string (*example)() = nullptr;
 };
 
 struct ReportRegistration {

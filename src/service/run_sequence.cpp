@@ -5,6 +5,8 @@
 #include "platform/output/printer.hpp"
 #include "service/component.hpp"
 
+#include <string_view>
+
 namespace qr::service {
 
 namespace {
@@ -31,6 +33,15 @@ void runSequence(engine::Report& report, bool preview) {
     } else {
         output::printPages(report.pages(), printJobName(report));
     }
+}
+
+void reportTypedMethodFailure(const char* methodName) {
+    if (std::string_view(methodName) == "PrintElevationPartsReport") {
+        host::messageBox().show(host::currentErrorDescription(), host::MessageIcon::Information,
+                                "Error Encountered");
+        return;
+    }
+    host::showError(host::currentErrorDescription(), "PrintService", methodName);
 }
 
 } // namespace qr::service

@@ -2,6 +2,7 @@
 
 #include "platform/host/report_data_json.hpp"
 #include "service/print_service.hpp"
+#include "service/run_sequence.hpp"
 
 namespace qr::service::typed_calls {
 
@@ -14,6 +15,9 @@ bool previewOr(const A& a, bool fallback) {
     return a.preview.value_or(fallback);
 }
 
+// Every call reads its report data inside the method's error handling: data that cannot be read
+// is the method's failure, shown as the method shows its failures.
+
 // The report-data types that carry only a heading so far.
 template <class Data> Data headingData(const A& a) {
     Data data;
@@ -24,96 +28,129 @@ template <class Data> Data headingData(const A& a) {
 
 // The final glass methods share their parameters (the vendor path by value).
 template <void (S::*Method)(host::FinalGlassReportData&, std::string, bool, bool, bool)>
-void glass(S& s, const A& a) {
-    auto data = host::finalGlassReportDataFromJson(a.dataJson);
-    (s.*Method)(data, a.vendorPath, previewOr(a, true), a.excel, a.pdf);
+void glass(const char* method, S& s, const A& a) {
+    trapTypedMethod(method, [&] {
+        auto data = host::finalGlassReportDataFromJson(a.dataJson);
+        (s.*Method)(data, a.vendorPath, previewOr(a, true), a.excel, a.pdf);
+    });
 }
 
 template <void (S::*Method)(host::FinalPartsReportData&, std::string&, host::UserDefaults&, bool,
                             bool, bool)>
-void finalParts(S& s, const A& a) {
-    auto data = headingData<host::FinalPartsReportData>(a);
-    host::UserDefaults defaults;
-    std::string vendorPath = a.vendorPath;
-    (s.*Method)(data, vendorPath, defaults, a.excel, a.pdf, previewOr(a, true));
+void finalParts(const char* method, bool showsPrices, S& s, const A& a) {
+    trapTypedMethod(method, [&] {
+        auto call = host::finalPartsCallFromJson(a.dataJson, showsPrices);
+        std::string vendorPath = a.vendorPath;
+        (s.*Method)(call.oReportData, vendorPath, call.oUserDefaults, a.excel, a.pdf,
+                    previewOr(a, true));
+    });
 }
 
-template <class Data, void (S::*Method)(Data&, bool)> void dataAndPreview(S& s, const A& a) {
-    auto data = headingData<Data>(a);
-    (s.*Method)(data, previewOr(a, true));
+// The methods whose only host object is the report data, read by `read`.
+template <class Data, void (S::*Method)(Data&, bool), class Read>
+void dataAndPreview(const char* method, Read read, S& s, const A& a) {
+    trapTypedMethod(method, [&] {
+        Data data = read(a.dataJson);
+        (s.*Method)(data, previewOr(a, true));
+    });
+}
+
+template <class Data, void (S::*Method)(Data&, bool)>
+void headingAndPreview(const char* method, S& s, const A& a) {
+    dataAndPreview<Data, Method>(
+        method, [&](const std::string&) { return headingData<Data>(a); }, s, a);
 }
 
 } // namespace
 
 void finalGlassPortrait(S& s, const A& a) {
-    glass<&S::PrintFinalGlassPortraitReport>(s, a);
+    glass<&S::PrintFinalGlassPortraitReport>("PrintFinalGlassPortraitReport", s, a);
 }
 void finalGlassLandscape(S& s, const A& a) {
-    glass<&S::PrintFinalGlassLandscapeReport>(s, a);
+    glass<&S::PrintFinalGlassLandscapeReport>("PrintFinalGlassLandscapeReport", s, a);
 }
 void finalGlassWithoutPrices(S& s, const A& a) {
-    glass<&S::PrintFinalGlassReportWithoutPrices>(s, a);
+    glass<&S::PrintFinalGlassReportWithoutPrices>("PrintFinalGlassReportWithoutPrices", s, a);
 }
 void finalGlassLandscapeWithoutPrices(S& s, const A& a) {
-    glass<&S::PrintFinalGlassLandscapeReportWithoutPrices>(s, a);
+    glass<&S::PrintFinalGlassLandscapeReportWithoutPrices>(
+        "PrintFinalGlassLandscapeReportWithoutPrices", s, a);
 }
 
 void finalPartsLandscape(S& s, const A& a) {
-    finalParts<&S::PrintFinalPartsReportLandscape>(s, a);
+    finalParts<&S::PrintFinalPartsReportLandscape>("PrintFinalPartsReportLandscape", true, s, a);
 }
 void finalPartsPortrait(S& s, const A& a) {
-    finalParts<&S::PrintFinalPartsReportPortrait>(s, a);
+    finalParts<&S::PrintFinalPartsReportPortrait>("PrintFinalPartsReportPortrait", true, s, a);
 }
 void finalPartsWithNoPrices(S& s, const A& a) {
-    finalParts<&S::PrintFinalPartsReportWithNoPrices>(s, a);
+    finalParts<&S::PrintFinalPartsReportWithNoPrices>("PrintFinalPartsReportWithNoPrices", false, s,
+                                                      a);
 }
 
 void lineal(S& s, const A& a) {
-    auto data = headingData<host::LinealReportData>(a);
-    std::string vendorPath = a.vendorPath;
-    bool excel = a.excel, pdf = a.pdf;
-    s.PrintLinealReport(data, vendorPath, excel, pdf, previewOr(a, true));
+    trapTypedMethod("PrintLinealReport", [&] {
+        auto data = host::linealReportDataFromJson(a.dataJson);
+        std::string vendorPath = a.vendorPath;
+        bool excel = a.excel, pdf = a.pdf;
+        s.PrintLinealReport(data, vendorPath, excel, pdf, previewOr(a, true));
+    });
 }
 
 void metalRecap(S& s, const A& a) {
-    dataAndPreview<host::MetalRecapReportData, &S::PrintMetalRecapReport>(s, a);
+    dataAndPreview<host::MetalRecapReportData, &S::PrintMetalRecapReport>(
+        "PrintMetalRecapReport", host::metalRecapReportDataFromJson, s, a);
 }
 
 void optimizedCutList(S& s, const A& a) {
-    auto data = headingData<host::OptimizedCutListReportData>(a);
-    std::string vendorPath = a.vendorPath;
-    s.PrintOptimizedCutListReport(data, vendorPath, previewOr(a, true), a.excel, a.pdf);
+    trapTypedMethod("PrintOptimizedCutListReport", [&] {
+        auto data = host::optimizedCutListReportDataFromJson(a.dataJson);
+        std::string vendorPath = a.vendorPath;
+        s.PrintOptimizedCutListReport(data, vendorPath, previewOr(a, true), a.excel, a.pdf);
+    });
 }
 
 void jobParts(S& s, const A& a) {
-    dataAndPreview<host::JobPartsReportData, &S::PrintJobPartsReport>(s, a);
+    dataAndPreview<host::JobPartsReportData, &S::PrintJobPartsReport>(
+        "PrintJobPartsReport",
+        [](const std::string& json) { return host::jobPartsReportDataFromJson(json, false); }, s,
+        a);
 }
 void jobPartsByElevation(S& s, const A& a) {
-    dataAndPreview<host::JobPartsReportData, &S::PrintJobPartsReportByElevation>(s, a);
+    dataAndPreview<host::JobPartsReportData, &S::PrintJobPartsReportByElevation>(
+        "PrintJobPartsReportByElevation",
+        [](const std::string& json) { return host::jobPartsReportDataFromJson(json, true); }, s, a);
 }
 
 void cutLabelsLarge(S& s, const A& a) {
-    dataAndPreview<host::CutLabelsReportData, &S::PrintCutLabelsLarge>(s, a);
+    headingAndPreview<host::CutLabelsReportData, &S::PrintCutLabelsLarge>("PrintCutLabelsLarge", s,
+                                                                          a);
 }
 void cutLabelsSmallA(S& s, const A& a) {
-    dataAndPreview<host::CutLabelsReportData, &S::PrintCutLabelsSmallA>(s, a);
+    headingAndPreview<host::CutLabelsReportData, &S::PrintCutLabelsSmallA>("PrintCutLabelsSmallA",
+                                                                           s, a);
 }
 void cutLabelsSmallB(S& s, const A& a) {
-    dataAndPreview<host::CutLabelsReportData, &S::PrintCutLabelsSmallB>(s, a);
+    headingAndPreview<host::CutLabelsReportData, &S::PrintCutLabelsSmallB>("PrintCutLabelsSmallB",
+                                                                           s, a);
 }
 void cutLabelsSmallC(S& s, const A& a) {
-    dataAndPreview<host::CutLabelsReportData, &S::PrintCutLabelsSmallC>(s, a);
+    headingAndPreview<host::CutLabelsReportData, &S::PrintCutLabelsSmallC>("PrintCutLabelsSmallC",
+                                                                           s, a);
 }
 void metalCutListing(S& s, const A& a) {
-    dataAndPreview<host::CutLabelsReportData, &S::PrintMetalCutListing>(s, a);
+    headingAndPreview<host::CutLabelsReportData, &S::PrintMetalCutListing>("PrintMetalCutListing",
+                                                                           s, a);
 }
 
 void elevationParts(S& s, const A& a) {
-    auto heading = headingData<host::ReportHeading>(a);
-    host::ElevationData elevation;
-    host::PartsReportListItems items;
-    std::string vendorPath = a.vendorPath;
-    s.PrintElevationPartsReport(heading.User, elevation, items, vendorPath, previewOr(a, true));
+    trapTypedMethod("PrintElevationPartsReport", [&] {
+        auto heading = headingData<host::ReportHeading>(a);
+        host::ElevationData elevation;
+        host::PartsReportListItems items;
+        std::string vendorPath = a.vendorPath;
+        s.PrintElevationPartsReport(heading.User, elevation, items, vendorPath, previewOr(a, true));
+    });
 }
 
 void multipleElevationParts(S& s, const A& a) {

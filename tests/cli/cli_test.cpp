@@ -2,6 +2,8 @@
 // by its exit code, its standard streams and the files it leaves.
 
 #include "cli/program.hpp"
+#include "support/readers/file_readers.hpp"
+#include "support/temp_dir.hpp"
 
 #include <filesystem>
 #include <fstream>
@@ -31,6 +33,11 @@ TEST(Cli, UsageErrorsExitWithTwoAndSayWhatWasWrong) {
         {{"call", "PrintFinalGlassPortraitReport", "--data", (dir / "missing.json").string()},
          "cannot read"},
         {{"call", "PrintMetalRecapReport", "--colour"}, "unknown option '--colour'"},
+        {{"call", "PrintMetalRecapReport"}, "needs --data FILE.json"},
+        {{"call", "PrintFinalGlassPortraitReport", "--example"}, "has no example data yet"},
+        {{"call", "PrintLinealReport", "--vendor"}, "--vendor needs a value"},
+        {{"make-sample", "--vendor", "sqlite:v.db", "--master", "sqlite:m.db", "--data-dir"},
+         "--data-dir needs a folder"},
         {{"request", "--vendor", "sqlite:v.db"}, "Usage: quarvex-reports request"},
     };
     for (const auto& c : cases) {
@@ -124,12 +131,69 @@ TEST_F(CliOnSampleJobs, ATypedMethodReadsItsJsonPrintsAndExports) {
     EXPECT_TRUE(fs::exists(reports("Riverside Medical Office Building") /
                            "Riverside Medical Office Building-FinalGlass.pdf"));
 
-    // Bad report data names the key path, and nothing runs.
+    // Bad report data names the key path in the method's error dialog, and nothing runs.
     std::ofstream(data) << R"({"User": {"Name": 12}})";
     const Outcome bad = runProgram(
         m_dir, {"call", "PrintFinalGlassPortraitReport", "--data", data.string(), "--no-preview"});
     EXPECT_EQ(bad.exitCode, 1);
-    EXPECT_NE(bad.err.find("User.Name"), std::string::npos) << bad.err;
+    EXPECT_NE(bad.err.find("Description: Report data: User.Name must be a text\r\nModule: "
+                           "PrintService\r\nFunction: PrintFinalGlassPortraitReport"),
+              std::string::npos)
+        << bad.err;
+}
+
+// The methods that print the parts of a job: the example of each runs as printed, and the data
+// files of the sample jobs print and export.
+const char* const kPartsMethods[] = {"PrintFinalPartsReportLandscape",
+                                     "PrintFinalPartsReportPortrait",
+                                     "PrintFinalPartsReportWithNoPrices",
+                                     "PrintLinealReport",
+                                     "PrintMetalRecapReport",
+                                     "PrintJobPartsReport",
+                                     "PrintJobPartsReportByElevation",
+                                     "PrintOptimizedCutListReport"};
+
+TEST(Cli, EachPartsMethodsExampleRunsUnchanged) {
+    TempDir dir;
+    for (const char* method : kPartsMethods) {
+        SCOPED_TRACE(method);
+        const Outcome example = runProgram(dir, {"call", method, "--example"});
+        ASSERT_EQ(example.exitCode, 0) << example.err;
+        const fs::path data = dir / (std::string(method) + ".json");
+        std::ofstream(data) << example.out;
+        const fs::path printed = dir / (std::string(method) + ".pdf");
+        const Outcome run = runProgram(dir,
+                                       {"call", method, "--data", data.string(), "--vendor-path",
+                                        dir.path().string(), "--no-preview", "--excel", "--pdf"},
+                                       "QUARVEX_PRINTER=" + quoted("file:" + printed.string()));
+        EXPECT_EQ(run.exitCode, 0) << run.err;
+        EXPECT_NE(pdfText(printed).find("Maple Street Dental"), std::string::npos);
+    }
+    // The three final parts reports and the lineal report and cut list exported as well.
+    const fs::path folder = dir / "Jobs" / "Maple Street Dental" / "Reports";
+    for (const char* file :
+         {"-FinalPartsReport.pdf", "-FinalParts (Basic).xls", "-FinalParts (No Prices).pdf",
+          "-FinalPartsLineal.xls", "-CutList.pdf"})
+        EXPECT_TRUE(fs::exists(folder / (std::string("Maple Street Dental") + file))) << file;
+}
+
+TEST_F(CliOnSampleJobs, MakeSampleWritesTheDataFilesOfThePartsMethodsAndEachPrints) {
+    const fs::path folder = m_dir / "data";
+    const Outcome made = runProgram(m_dir, {"make-sample", "--vendor", vendor(), "--master",
+                                            master(), "--data-dir", folder.string()});
+    ASSERT_EQ(made.exitCode, 0) << made.err;
+    for (const char* method : kPartsMethods) {
+        for (int job : {1, 3}) {
+            const fs::path data =
+                folder / (std::string(method) + "-job" + std::to_string(job) + ".json");
+            ASSERT_TRUE(fs::exists(data)) << data;
+            const fs::path printed = m_dir / "printed.pdf";
+            const Outcome run =
+                runProgram(m_dir, {"call", method, "--data", data.string(), "--no-preview"},
+                           "QUARVEX_PRINTER=" + quoted("file:" + printed.string()));
+            EXPECT_EQ(run.exitCode, 0) << data << run.err;
+        }
+    }
 }
 
 } // namespace

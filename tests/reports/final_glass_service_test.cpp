@@ -5,6 +5,7 @@
 #include "platform/output/pdf_writer.hpp"
 #include "platform/output/workbook.hpp"
 #include "service/print_service.hpp"
+#include "support/export_journal.hpp"
 #include "support/glass_fixture.hpp"
 
 #include <freexl.h>
@@ -81,37 +82,6 @@ Texts workbookCells(const fs::path& path) {
 bool has(const Texts& cells, const std::string& cell) {
     return std::find(cells.begin(), cells.end(), cell) != cells.end();
 }
-
-/// The real export filters, noting each file they wrote, in order.
-struct ExportJournal {
-    ExportJournal() {
-        note(page::ExportKind::Spreadsheet, &output::makeWorkbookExportFilter);
-        note(page::ExportKind::Pdf, &output::makePdfExportFilter);
-    }
-    ~ExportJournal() {
-        page::installExportFilter(page::ExportKind::Spreadsheet, &output::makeWorkbookExportFilter);
-        page::installExportFilter(page::ExportKind::Pdf, &output::makePdfExportFilter);
-    }
-    struct Noting : page::ExportFilter {
-        std::unique_ptr<page::ExportFilter> real;
-        Texts* written = nullptr;
-        std::string file;
-        void setFileName(const std::string& name) override { real->setFileName(file = name); }
-        void exportPages(const page::Pages& pages) override {
-            real->exportPages(pages);
-            written->push_back(fs::path(file).filename().string());
-        }
-    };
-    void note(page::ExportKind kind, std::unique_ptr<page::ExportFilter> (*real)()) {
-        page::installExportFilter(kind, [this, real] {
-            auto filter = std::make_unique<Noting>();
-            filter->real = real();
-            filter->written = &written;
-            return filter;
-        });
-    }
-    Texts written;
-};
 
 class FinalGlassService : public GlassReportTest {
   protected:

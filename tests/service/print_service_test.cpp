@@ -1,19 +1,19 @@
-#include "service/print_service.hpp"
-
 #include "platform/db/connection.hpp"
+#include "service/print_service.hpp"
 #include "service/report_objects.hpp"
 #include "service/run_sequence.hpp"
 #include "support/host/recording_host.hpp"
 #include "support/temp_dir.hpp"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
+#include <gtest/gtest.h>
 
 namespace qr::service {
 namespace {
 
-host::ConnectionRef memoryDatabase() { return std::make_shared<db::Connection>("sqlite::memory:"); }
+host::ConnectionRef memoryDatabase() {
+    return std::make_shared<db::Connection>("sqlite::memory:");
+}
 
 TEST(PrintReport, RefusesToRunWithoutBothConnections) {
     test::RecordingHost recording;
@@ -22,8 +22,10 @@ TEST(PrintReport, RefusesToRunWithoutBothConnections) {
     };
     for (Case c : {Case{false, false}, Case{true, false}, Case{false, true}}) {
         PrintService service;
-        if (c.vendor) service.setVendorConnection(memoryDatabase());
-        if (c.master) service.setMasterConnection(memoryDatabase());
+        if (c.vendor)
+            service.setVendorConnection(memoryDatabase());
+        if (c.master)
+            service.setMasterConnection(memoryDatabase());
         host::moduleState().requestTable = "earlier";
         std::string args = "armarkup t true 12 345 false true false |x |a;b";
         try {
@@ -46,7 +48,8 @@ TEST(PrintReport, ClearsTheRequestConnectionsAfterTheCall) {
     PrintService service;
     service.setVendorConnection(memoryDatabase());
     service.setMasterConnection(memoryDatabase());
-    for (std::string args : {std::string(), std::string("nosuchreport t true 1 1 false false false |x |")}) {
+    for (std::string args :
+         {std::string(), std::string("nosuchreport t true 1 1 false false false |x |")}) {
         service.PrintReport(args);
         EXPECT_FALSE(host::moduleState().requestVendorConnection);
         EXPECT_FALSE(host::moduleState().requestMasterConnection);
@@ -69,16 +72,19 @@ TEST(TypedMethods, AFailureShowsOneDialogNamingTheMethodAndReturns) {
     test::RecordingHost recording;
     PrintService service;
     host::JobPartsReportData data;
-    EXPECT_NO_THROW(service.PrintJobPartsReport(data));
+    // The report runs; printing it fails.
+    ::setenv("QUARVEX_PRINTER", "file:", 1);
+    EXPECT_NO_THROW(service.PrintJobPartsReport(data, false));
+    ::unsetenv("QUARVEX_PRINTER");
+    const std::string failure = "QUARVEX_PRINTER asks for a file but names none (write file:PATH).";
     ASSERT_EQ(recording.messages->shown.size(), 1u);
     EXPECT_EQ(recording.messages->shown[0].title, "Quarvex Error");
     EXPECT_EQ(recording.messages->shown[0].text,
-              "Description: ActiveX component can't create object\r\nModule: PrintService\r\n"
-              "Function: PrintJobPartsReport");
+              "Description: " + failure +
+                  "\r\nModule: PrintService\r\nFunction: PrintJobPartsReport");
     auto entries = recording.host->usageEntries();
     ASSERT_EQ(entries.size(), 1u);
-    EXPECT_EQ(entries[0].error,
-              "ActiveX component can't create object\r\n in 'PrintService.PrintJobPartsReport'");
+    EXPECT_EQ(entries[0].error, failure + "\r\n in 'PrintService.PrintJobPartsReport'");
 }
 
 TEST(TypedMethods, ElevationPartsReportShowsTheErrorEncounteredBoxInstead) {

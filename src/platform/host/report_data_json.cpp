@@ -1,146 +1,340 @@
 #include "platform/host/report_data_json.hpp"
 
-#include "platform/core/error.hpp"
+#include "platform/core/convert.hpp"
 #include "platform/db/connection.hpp"
+#include "platform/host/json_node.hpp"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QJsonParseError>
 #include <QString>
-
-#include <cmath>
-#include <initializer_list>
-#include <limits>
-#include <set>
 
 namespace qr::host {
 
 namespace {
 
-constexpr const char* kSource = "ReportData";
+constexpr Presence kRequired = Presence::Required;
+constexpr Presence kOptional = Presence::Optional;
 
-[[noreturn]] void fail(const std::string& message) {
-    throw Error::component(kSource, "Report data: " + message);
+Presence presence(bool required) {
+    return required ? kRequired : kOptional;
 }
 
-std::string join(const std::string& prefix, const char* key) {
-    return prefix.empty() ? std::string(key) : prefix + "." + key;
+// ---- Reading --------------------------------------------------------------------------------
+
+/// The User, Company, Vendor and Job members of the glass data (and of the heading-only types).
+void readHeading(const JsonNode& root, ReportHeading& heading, bool required) {
+    const Presence need = presence(required);
+    const JsonNode user = root.object("User", need);
+    heading.User.name = user.text("Name", need);
+    heading.User.phone = user.text("Phone", need);
+    heading.User.email = user.text("Email", need);
+    const JsonNode company = root.object("Company", need);
+    heading.Company.name = company.text("Name", need);
+    heading.Company.phone = company.text("Phone", need);
+    heading.Company.fax = company.text("Fax", kOptional);
+    heading.Company.email = company.text("Email", kOptional);
+    heading.Vendor.name = root.object("Vendor", kOptional).text("Name", kOptional);
+    const JsonNode job = root.object("Job", need);
+    heading.Job.JobID = job.wholeNumber("JobID", need);
+    heading.Job.JobName = job.text("JobName", need);
 }
 
-// Reads members of one JSON object by key path, and refuses keys it was not asked about.
-class ObjectReader {
-  public:
-    ObjectReader(QJsonObject object, std::string path) : m_object(std::move(object)), m_path(std::move(path)) {}
-
-    bool has(const char* key) const { return m_object.contains(QString::fromUtf8(key)); }
-
-    std::string text(const char* key, bool required) {
-        auto value = take(key, required);
-        if (value.isUndefined()) return {};
-        if (!value.isString()) fail(join(m_path, key) + " must be a text");
-        return value.toString().toStdString();
-    }
-
-    bool boolean(const char* key, bool required) {
-        auto value = take(key, required);
-        if (value.isUndefined()) return false;
-        if (!value.isBool()) fail(join(m_path, key) + " must be true or false");
-        return value.toBool();
-    }
-
-    std::int32_t wholeNumber(const char* key, bool required) {
-        auto value = take(key, required);
-        if (value.isUndefined()) return 0;
-        const double number = value.toDouble(std::nan(""));
-        if (!value.isDouble() || std::floor(number) != number ||
-            number < std::numeric_limits<std::int32_t>::min() ||
-            number > std::numeric_limits<std::int32_t>::max()) {
-            fail(join(m_path, key) + " must be a whole number");
-        }
-        return static_cast<std::int32_t>(number);
-    }
-
-    ObjectReader object(const char* key, bool required) {
-        auto value = take(key, required);
-        if (value.isUndefined()) return ObjectReader(QJsonObject(), join(m_path, key));
-        if (!value.isObject()) fail(join(m_path, key) + " must be an object");
-        return ObjectReader(value.toObject(), join(m_path, key));
-    }
-
-    /// Every key must have been read.
-    void finish() const {
-        for (auto it = m_object.begin(); it != m_object.end(); ++it) {
-            const std::string key = it.key().toStdString();
-            if (!m_read.count(key)) fail("unknown key " + join(m_path, key.c_str()));
-        }
-    }
-
-  private:
-    QJsonValue take(const char* key, bool required) {
-        m_read.insert(key);
-        const auto value = m_object.value(QString::fromUtf8(key));
-        if (value.isUndefined() && required) fail("missing key " + join(m_path, key));
-        return value;
-    }
-
-    QJsonObject m_object;
-    std::string m_path;
-    std::set<std::string> m_read;
+/// Which heading members of the parts data a report reads (and so requires). The phone, the
+/// firm's name and phone, the vendor and the job name every parts report reads.
+struct PartsHeadingReads {
+    bool userNameAndEmail = false;
+    bool companyFax = true;
+    bool finishColor = true;
 };
 
-ObjectReader parseDocument(const std::string& json) {
-    QJsonParseError error;
-    const auto doc = QJsonDocument::fromJson(QByteArray::fromStdString(json), &error);
-    if (error.error != QJsonParseError::NoError) {
-        fail("not valid JSON at offset " + std::to_string(error.offset) + ": " +
-             error.errorString().toStdString());
-    }
-    if (!doc.isObject()) fail("the document must be a JSON object");
-    return ObjectReader(doc.object(), "");
+PartsReportHeading readPartsHeading(const JsonNode& data, PartsHeadingReads reads) {
+    PartsReportHeading heading;
+    const JsonNode user = data.object("User");
+    heading.User.name = user.text("Name", presence(reads.userNameAndEmail));
+    heading.User.phone = user.text("Phone");
+    heading.User.email = user.text("Email", presence(reads.userNameAndEmail));
+    const JsonNode company = data.object("Company");
+    heading.Company.name = company.text("Name");
+    heading.Company.phone = company.text("Phone");
+    heading.Company.fax = company.text("Fax", presence(reads.companyFax));
+    heading.Company.email = company.text("Email", kOptional);
+    heading.Vendor.name = data.object("Vendor").text("Name");
+    heading.JobName = data.text("JobName");
+    heading.FinishColor = data.text("FinishColor", presence(reads.finishColor));
+    return heading;
 }
 
-void readHeading(ObjectReader& root, ReportHeading& heading, bool required) {
-    auto user = root.object("User", required);
-    heading.User.name = user.text("Name", required);
-    heading.User.phone = user.text("Phone", required);
-    heading.User.email = user.text("Email", required);
-    user.finish();
-    auto company = root.object("Company", required);
-    heading.Company.name = company.text("Name", required);
-    heading.Company.phone = company.text("Phone", required);
-    heading.Company.fax = company.text("Fax", false);
-    heading.Company.email = company.text("Email", false);
-    company.finish();
-    auto vendor = root.object("Vendor", false);
-    heading.Vendor.name = vendor.text("Name", false);
-    vendor.finish();
-    auto job = root.object("Job", required);
-    heading.Job.JobID = job.wholeNumber("JobID", required);
-    heading.Job.JobName = job.text("JobName", required);
-    job.finish();
+FinalPartsItem readFinalPartsItem(const JsonNode& item, bool showsPrices) {
+    FinalPartsItem line;
+    line.Quantity = item.number("Quantity");
+    line.PartNumber = item.text("PartNumber");
+    const JsonNode part = item.object("Part");
+    line.Part.PartType = part.text("PartType");
+    line.Part.Description = part.text("Description");
+    line.Part.PackageQuantity = part.number("PackageQuantity");
+    line.Part.Multiplier = part.number("Multiplier");
+    line.StockLength = item.number("StockLength");
+    line.PackageQuantity = item.number("PackageQuantity");
+    line.PackagesToOrder = item.number("PackagesToOrder");
+    line.UnitPrice = item.number("UnitPrice", presence(showsPrices));
+    line.PackagePrice = item.number("PackagePrice");
+    line.Total = item.number("Total");
+    return line;
+}
+
+LinealItem readLinealItem(const JsonNode& item) {
+    return {item.numberOrText("Quantity"),     item.text("PartNumber"),
+            item.text("Description"),          item.text("FromTable"),
+            item.numberOrText("PricePerUnit"), item.numberOrText("Multiplier")};
+}
+
+MetalRecapItem readMetalRecapItem(const JsonNode& item) {
+    return {item.wholeNumber("Quantity"),      item.text("PartNumber"),
+            item.text("Description"),          static_cast<float>(item.number("StockLength")),
+            item.wholeNumber("StockQuantity"), item.text("LengthString")};
+}
+
+PartsReportListItem readPartsListItem(const JsonNode& item, bool byElevation) {
+    return {item.wholeNumber("Quantity"),
+            item.text("PartNumber"),
+            item.text("Description"),
+            item.text("PartType"),
+            item.text("Length"),
+            item.text("ElevationName", presence(byElevation)),
+            item.wholeNumber("ElevationSortIndex", presence(byElevation))};
+}
+
+CutListRow readCutListRow(const JsonNode& item) {
+    CutListRow row;
+    row.PartNumber = item.text("PartNumber");
+    row.Description = item.text("Description");
+    row.StockLength = item.number("StockLength");
+    row.Yield = item.number("Yield");
+    const std::vector<JsonNode> cuts = item.list("Cuts");
+    if (cuts.size() < row.Cuts.size()) {
+        failReportData(item.path() +
+                       ".Cuts must hold 8 entries (null where a position has no "
+                       "cut), not " +
+                       std::to_string(cuts.size()));
+    }
+    for (std::size_t i = 0; i < row.Cuts.size(); ++i) {
+        if (!cuts[i].isNull())
+            row.Cuts[i] = PatternCut{cuts[i].asObject().text("CutText")};
+    }
+    row.LengthOfCuts = item.number("LengthOfCuts");
+    row.StockNumber = item.wholeNumber("StockNumber");
+    row.StocksRequired = item.wholeNumber("StocksRequired");
+    return row;
+}
+
+/// Each item of the data's Items list through `read`.
+template <class Item, class Read> std::vector<Item> readItems(const JsonNode& data, Read read) {
+    std::vector<Item> items;
+    for (const JsonNode& item : data.list("Items"))
+        items.push_back(read(item.asObject()));
+    return items;
+}
+
+// ---- Writing --------------------------------------------------------------------------------
+
+QString qs(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+QJsonValue numberOrText(const Variant& value) {
+    if (value.type() == VarType::String)
+        return qs(value.asString());
+    if (value.isEmpty() || value.isNull())
+        return QJsonValue(QJsonValue::Null);
+    return toDouble(value);
+}
+
+QJsonObject partsHeadingJson(const PartsReportHeading& heading) {
+    return {
+        {"User", QJsonObject{{"Name", qs(heading.User.name)},
+                             {"Phone", qs(heading.User.phone)},
+                             {"Email", qs(heading.User.email)}}},
+        {"Company", QJsonObject{{"Name", qs(heading.Company.name)},
+                                {"Phone", qs(heading.Company.phone)},
+                                {"Fax", qs(heading.Company.fax)},
+                                {"Email", qs(heading.Company.email)}}},
+        {"Vendor", QJsonObject{{"Name", qs(heading.Vendor.name)}}},
+        {"JobName", qs(heading.JobName)},
+        {"FinishColor", qs(heading.FinishColor)},
+    };
+}
+
+/// The heading and the items (each through `write`) as one document.
+template <class Data, class Write> QJsonObject partsDataJson(const Data& data, Write write) {
+    QJsonObject object = partsHeadingJson(data);
+    QJsonArray items;
+    for (const auto& item : data.Items)
+        items.append(write(item));
+    object.insert("Items", items);
+    return object;
+}
+
+std::string text(const QJsonObject& object) {
+    return QJsonDocument(object).toJson(QJsonDocument::Indented).toStdString();
+}
+
+QJsonObject finalPartsJson(const FinalPartsReportData& data) {
+    QJsonObject object = partsDataJson(data, [](const FinalPartsItem& item) {
+        return QJsonObject{
+            {"Quantity", item.Quantity},
+            {"PartNumber", qs(item.PartNumber)},
+            {"Part", QJsonObject{{"PartType", qs(item.Part.PartType)},
+                                 {"Description", qs(item.Part.Description)},
+                                 {"PackageQuantity", item.Part.PackageQuantity},
+                                 {"Multiplier", item.Part.Multiplier}}},
+            {"StockLength", item.StockLength},
+            {"PackageQuantity", item.PackageQuantity},
+            {"PackagesToOrder", item.PackagesToOrder},
+            {"UnitPrice", item.UnitPrice},
+            {"PackagePrice", item.PackagePrice},
+            {"Total", item.Total},
+        };
+    });
+    object.insert("PriceByUnit", data.PriceByUnit);
+    return object;
 }
 
 } // namespace
 
 FinalGlassReportData finalGlassReportDataFromJson(const std::string& json) {
-    auto root = parseDocument(json);
+    const JsonNode root = JsonNode::parse(json).asObject();
     FinalGlassReportData data;
     readHeading(root, data, true);
-    data.ReportTitle = root.text("ReportTitle", true);
-    data.GlassQuery = root.text("GlassQuery", true);
-    data.ShowSupplier = root.boolean("ShowSupplier", true);
-    const std::string connection = root.text("Connection", true);
-    root.finish();
-    data.Connection = std::make_shared<db::Connection>(connection);
+    data.ReportTitle = root.text("ReportTitle");
+    data.GlassQuery = root.text("GlassQuery");
+    data.ShowSupplier = root.boolean("ShowSupplier");
+    data.Connection = std::make_shared<db::Connection>(root.text("Connection"));
     return data;
 }
 
 ReportHeading reportHeadingFromJson(const std::string& json) {
-    auto root = parseDocument(json);
+    const JsonNode root = JsonNode::parse(json).asObject();
     ReportHeading heading;
     readHeading(root, heading, false);
-    root.finish();
     return heading;
+}
+
+FinalPartsCallData finalPartsCallFromJson(const std::string& json, bool showsPrices) {
+    const JsonNode root = JsonNode::parse(json).asObject();
+    const JsonNode report = root.object("oReportData");
+    FinalPartsCallData call;
+    static_cast<PartsReportHeading&>(call.oReportData) =
+        readPartsHeading(report, {.userNameAndEmail = true, .companyFax = false});
+    call.oReportData.PriceByUnit = report.boolean("PriceByUnit");
+    call.oReportData.Items = readItems<FinalPartsItem>(
+        report, [&](const JsonNode& item) { return readFinalPartsItem(item, showsPrices); });
+    call.oUserDefaults.FinalPartsReportTitle =
+        root.object("oUserDefaults").textOrNull("FinalPartsReportTitle");
+    return call;
+}
+
+std::string finalPartsCallToJson(const FinalPartsReportData& data, const UserDefaults& defaults) {
+    const auto& title = defaults.FinalPartsReportTitle;
+    return text(QJsonObject{
+        {"oReportData", finalPartsJson(data)},
+        {"oUserDefaults",
+         QJsonObject{{"FinalPartsReportTitle",
+                      title ? QJsonValue(qs(*title)) : QJsonValue(QJsonValue::Null)}}},
+    });
+}
+
+LinealReportData linealReportDataFromJson(const std::string& json) {
+    const JsonNode root = JsonNode::parse(json).asObject();
+    LinealReportData data;
+    static_cast<PartsReportHeading&>(data) = readPartsHeading(root, {});
+    data.Items = readItems<LinealItem>(root, readLinealItem);
+    return data;
+}
+
+std::string toJson(const LinealReportData& data) {
+    return text(partsDataJson(data, [](const LinealItem& item) {
+        return QJsonObject{
+            {"Quantity", numberOrText(item.Quantity)},
+            {"PartNumber", qs(item.PartNumber)},
+            {"Description", qs(item.Description)},
+            {"FromTable", qs(item.FromTable)},
+            {"PricePerUnit", numberOrText(item.PricePerUnit)},
+            {"Multiplier", numberOrText(item.Multiplier)},
+        };
+    }));
+}
+
+MetalRecapReportData metalRecapReportDataFromJson(const std::string& json) {
+    const JsonNode root = JsonNode::parse(json).asObject();
+    MetalRecapReportData data;
+    static_cast<PartsReportHeading&>(data) = readPartsHeading(root, {.finishColor = false});
+    data.Items = readItems<MetalRecapItem>(root, readMetalRecapItem);
+    return data;
+}
+
+std::string toJson(const MetalRecapReportData& data) {
+    return text(partsDataJson(data, [](const MetalRecapItem& item) {
+        return QJsonObject{
+            {"Quantity", item.Quantity},
+            {"PartNumber", qs(item.PartNumber)},
+            {"Description", qs(item.Description)},
+            {"StockLength", static_cast<double>(item.StockLength)},
+            {"StockQuantity", item.StockQuantity},
+            {"LengthString", qs(item.LengthString)},
+        };
+    }));
+}
+
+JobPartsReportData jobPartsReportDataFromJson(const std::string& json, bool byElevation) {
+    const JsonNode root = JsonNode::parse(json).asObject();
+    JobPartsReportData data;
+    static_cast<PartsReportHeading&>(data) = readPartsHeading(root, {});
+    data.Items = readItems<PartsReportListItem>(
+        root, [&](const JsonNode& item) { return readPartsListItem(item, byElevation); });
+    return data;
+}
+
+std::string toJson(const JobPartsReportData& data) {
+    return text(partsDataJson(data, [](const PartsReportListItem& item) {
+        return QJsonObject{
+            {"Quantity", item.Quantity},
+            {"PartNumber", qs(item.PartNumber)},
+            {"Description", qs(item.Description)},
+            {"PartType", qs(item.PartType)},
+            {"Length", qs(item.Length)},
+            {"ElevationName", qs(item.ElevationName)},
+            {"ElevationSortIndex", item.ElevationSortIndex},
+        };
+    }));
+}
+
+OptimizedCutListReportData optimizedCutListReportDataFromJson(const std::string& json) {
+    const JsonNode root = JsonNode::parse(json).asObject();
+    OptimizedCutListReportData data;
+    static_cast<PartsReportHeading&>(data) = readPartsHeading(root, {});
+    data.Items = readItems<CutListRow>(root, readCutListRow);
+    return data;
+}
+
+std::string toJson(const OptimizedCutListReportData& data) {
+    return text(partsDataJson(data, [](const CutListRow& row) {
+        QJsonArray cuts;
+        for (const auto& cut : row.Cuts) {
+            cuts.append(cut ? QJsonValue(QJsonObject{{"CutText", qs(cut->CutText)}})
+                            : QJsonValue(QJsonValue::Null));
+        }
+        return QJsonObject{
+            {"PartNumber", qs(row.PartNumber)},
+            {"Description", qs(row.Description)},
+            {"StockLength", row.StockLength},
+            {"Yield", row.Yield},
+            {"Cuts", cuts},
+            {"LengthOfCuts", row.LengthOfCuts},
+            {"StockNumber", row.StockNumber},
+            {"StocksRequired", row.StocksRequired},
+        };
+    }));
 }
 
 } // namespace qr::host

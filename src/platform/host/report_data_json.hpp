@@ -1,8 +1,17 @@
 #pragma once
-// Report data read from JSON, for the command line and tests. Keys are the host's member names,
-// nested as objects: {"User": {"Name": ...}, "Job": {"JobID": 12, "JobName": ...},
-// "GlassQuery": ..., "Connection": "sqlite:/path/vendor.db"}. A missing key, a key of the wrong
-// type and a key the type does not have are errors that name the key path ("Job.JobID").
+// Report data read from JSON (and written back as JSON), for the command line, the sample data
+// and tests. One contract for every typed method (json_node.hpp gives the rules):
+//
+// - A method with one host object takes that object as the document: {"User": {"Name": ...},
+//   "JobName": ..., "Items": [{"PartNumber": ...}, ...]}.
+// - A method with more than one host object takes one object keyed by the parameter names:
+//   {"oReportData": {...}, "oUserDefaults": {...}}.
+// - A list parameter on its own is the JSON array itself.
+//
+// Every member the method's report can read must be there, with a value of its kind; a member
+// it never reads may be left out. A missing member or a wrong kind raises qr::Error (999,
+// "ReportData") naming the key path ("Items[3].Part.Multiplier must be a number"). Keys the
+// report does not read are ignored.
 
 #include "platform/host/report_data.hpp"
 
@@ -10,15 +19,53 @@
 
 namespace qr::host {
 
-/// Parse `json` as the data of the final glass reports. Every member is required:
-/// User.Name, User.Phone, User.Email, Company.Name, Company.Phone, Job.JobID, Job.JobName,
-/// ReportTitle, GlassQuery, ShowSupplier, Connection (a connection string, opened here);
-/// Company.Fax, Company.Email and Vendor.Name may be given. Raises qr::Error (999,
-/// "ReportData") naming the key path.
+/// Parse `json` as the data of the final glass reports: User.Name, User.Phone, User.Email,
+/// Company.Name, Company.Phone, Job.JobID, Job.JobName, ReportTitle, GlassQuery, ShowSupplier
+/// and Connection (a connection string, opened here) are required; Company.Fax, Company.Email
+/// and Vendor.Name may be given.
 FinalGlassReportData finalGlassReportDataFromJson(const std::string& json);
 
 /// Parse the heading members (User, Company, Vendor, Job), all optional, of the report-data
 /// types that carry only a heading today.
 ReportHeading reportHeadingFromJson(const std::string& json);
+
+/// The two host objects of the three final parts methods.
+struct FinalPartsCallData {
+    FinalPartsReportData oReportData;
+    UserDefaults oUserDefaults;
+};
+
+/// {"oReportData": {...}, "oUserDefaults": {"FinalPartsReportTitle": text or null}}. The
+/// report data's heading (User.Name, User.Phone, User.Email, Company.Name, Company.Phone,
+/// Vendor.Name, JobName, FinishColor), PriceByUnit and every member of each item are required;
+/// `showsPrices` false (the report without prices) leaves Items[i].UnitPrice optional.
+FinalPartsCallData finalPartsCallFromJson(const std::string& json, bool showsPrices);
+std::string finalPartsCallToJson(const FinalPartsReportData& data, const UserDefaults& defaults);
+
+/// The lineal report's data: the heading (User.Phone, Company.Name, Company.Phone,
+/// Company.Fax, Vendor.Name, JobName, FinishColor) and Items with Quantity, PricePerUnit and
+/// Multiplier (each a number or a number text), PartNumber, Description and FromTable.
+LinealReportData linealReportDataFromJson(const std::string& json);
+std::string toJson(const LinealReportData& data);
+
+/// The metal recap's data: the heading as the lineal report's but without FinishColor, and
+/// Items with Quantity and StockQuantity (whole numbers), StockLength (a number),
+/// PartNumber, Description and LengthString.
+MetalRecapReportData metalRecapReportDataFromJson(const std::string& json);
+std::string toJson(const MetalRecapReportData& data);
+
+/// The job parts lists' data: the heading as the lineal report's, and Items with Quantity (a
+/// whole number), PartNumber, Description, PartType and Length; `byElevation` (the report by
+/// elevation) also requires ElevationName and ElevationSortIndex (a whole number).
+JobPartsReportData jobPartsReportDataFromJson(const std::string& json, bool byElevation);
+std::string toJson(const JobPartsReportData& data);
+
+/// The optimized cut list's data: the heading as the lineal report's, and Items with
+/// PartNumber, Description, StockLength, Yield, LengthOfCuts (numbers), StockNumber and
+/// StocksRequired (whole numbers) and Cuts: a list of at least eight entries, each an object
+/// with CutText or null where the position holds no cut (entries after the eighth are not
+/// read).
+OptimizedCutListReportData optimizedCutListReportDataFromJson(const std::string& json);
+std::string toJson(const OptimizedCutListReportData& data);
 
 } // namespace qr::host
