@@ -64,6 +64,77 @@ bool readFile(const std::string& path, std::string& content) {
     return true;
 }
 
+/// What the command line asked of a typed method.
+struct CallOptions {
+    service::TypedCallArguments arguments;
+    std::string dataFile, vendor, master;
+    bool example = false;
+};
+
+/// The options after the method's name; none (after saying why) for a usage error.
+std::optional<CallOptions> parseOptions(const Args& args) {
+    CallOptions options;
+    service::TypedCallArguments& call = options.arguments;
+    const std::pair<const char*, std::string*> valued[] = {
+        {"--data", &options.dataFile},           {"--vendor-path", &call.vendorPath},
+        {"--report-format", &call.reportFormat}, {"--vendor", &options.vendor},
+        {"--master", &options.master},
+    };
+    for (size_t i = 1; i < args.size(); ++i) {
+        const std::string& a = args[i];
+        std::string* target = nullptr;
+        for (const auto& [option, value] : valued)
+            target = a == option ? value : target;
+        if (target) {
+            if (i + 1 >= args.size()) {
+                std::cerr << "quarvex-reports call: " << a << " needs a value\n";
+                return std::nullopt;
+            }
+            *target = args[++i];
+        } else if (a == "--example") {
+            options.example = true;
+        } else if (a == "--preview" || a == "--no-preview") {
+            call.preview = a == "--preview";
+        } else if (a == "--excel") {
+            call.excel = true;
+        } else if (a == "--pdf") {
+            call.pdf = true;
+        } else {
+            std::cerr << "quarvex-reports call: unknown option '" << a << "'\n";
+            printUsage(std::cerr);
+            return std::nullopt;
+        }
+    }
+    return options;
+}
+
+/// Runs `method` with the standalone host; the exit code says whether an error was shown.
+int callMethod(const service::TypedMethod& method, const CallOptions& options) {
+    host::ConnectionRef vendorConnection, masterConnection;
+    try {
+        vendorConnection = openConnection(options.vendor);
+        masterConnection = openConnection(options.master);
+    } catch (const Error& e) {
+        std::cerr << "quarvex-reports call: " << e.description() << "\n";
+        return 1;
+    }
+    CliHost cliHost(host::StandaloneConfig{});
+    if (masterConnection)
+        cliHost.host()->setLogConnection(masterConnection);
+    try {
+        service::PrintService service;
+        service.setContainer(cliHost.host());
+        service.setVendorConnection(vendorConnection);
+        service.setMasterConnection(masterConnection);
+        // The method reads its report data and reports its own failures, bad data included.
+        method.call(service, options.arguments);
+    } catch (const Error& e) {
+        std::cerr << "quarvex-reports call: " << e.description() << "\n";
+        return 1;
+    }
+    return exitCodeFor(cliHost);
+}
+
 } // namespace
 
 int runCall(const Args& args) {
@@ -87,55 +158,10 @@ int runCall(const Args& args) {
                   << "' (see 'quarvex-reports call --list')\n";
         return 2;
     }
-    service::TypedCallArguments options;
-    std::string dataFile, vendor, master;
-    bool example = false;
-    for (size_t i = 1; i < args.size(); ++i) {
-        const std::string& a = args[i];
-        auto value = [&](const char* option) -> std::optional<std::string> {
-            if (i + 1 >= args.size()) {
-                std::cerr << "quarvex-reports call: " << option << " needs a value\n";
-                return std::nullopt;
-            }
-            return args[++i];
-        };
-        if (a == "--data") {
-            auto v = value("--data");
-            if (!v)
-                return 2;
-            dataFile = *v;
-        } else if (a == "--vendor-path") {
-            auto v = value("--vendor-path");
-            if (!v)
-                return 2;
-            options.vendorPath = *v;
-        } else if (a == "--report-format") {
-            auto v = value("--report-format");
-            if (!v)
-                return 2;
-            options.reportFormat = *v;
-        } else if (a == "--vendor" || a == "--master") {
-            auto v = value(a.c_str());
-            if (!v)
-                return 2;
-            (a == "--vendor" ? vendor : master) = *v;
-        } else if (a == "--example") {
-            example = true;
-        } else if (a == "--preview") {
-            options.preview = true;
-        } else if (a == "--no-preview") {
-            options.preview = false;
-        } else if (a == "--excel") {
-            options.excel = true;
-        } else if (a == "--pdf") {
-            options.pdf = true;
-        } else {
-            std::cerr << "quarvex-reports call: unknown option '" << a << "'\n";
-            printUsage(std::cerr);
-            return 2;
-        }
-    }
-    if (example) {
+    std::optional<CallOptions> options = parseOptions(args);
+    if (!options)
+        return 2;
+    if (options->example) {
         if (!method->example) {
             std::cerr << "quarvex-reports call: " << method->name << " has no example data yet\n";
             return 2;
@@ -143,38 +169,15 @@ int runCall(const Args& args) {
         std::cout << method->example();
         return 0;
     }
-    if (method->needsData && dataFile.empty()) {
+    if (method->needsData && options->dataFile.empty()) {
         std::cerr << "quarvex-reports call: " << method->name << " needs --data FILE.json\n";
         return 2;
     }
-    if (!dataFile.empty() && !readFile(dataFile, options.dataJson)) {
-        std::cerr << "quarvex-reports call: cannot read " << dataFile << "\n";
+    if (!options->dataFile.empty() && !readFile(options->dataFile, options->arguments.dataJson)) {
+        std::cerr << "quarvex-reports call: cannot read " << options->dataFile << "\n";
         return 2;
     }
-
-    host::ConnectionRef vendorConnection, masterConnection;
-    try {
-        vendorConnection = openConnection(vendor);
-        masterConnection = openConnection(master);
-    } catch (const Error& e) {
-        std::cerr << "quarvex-reports call: " << e.description() << "\n";
-        return 1;
-    }
-    CliHost cliHost(host::StandaloneConfig{});
-    if (masterConnection)
-        cliHost.host()->setLogConnection(masterConnection);
-    try {
-        service::PrintService service;
-        service.setContainer(cliHost.host());
-        service.setVendorConnection(vendorConnection);
-        service.setMasterConnection(masterConnection);
-        // The method reads its report data and reports its own failures, bad data included.
-        method->call(service, options);
-    } catch (const Error& e) {
-        std::cerr << "quarvex-reports call: " << e.description() << "\n";
-        return 1;
-    }
-    return exitCodeFor(cliHost);
+    return callMethod(*method, *options);
 }
 
 } // namespace qr::cli

@@ -6,15 +6,28 @@
 
 namespace qr::reports {
 
-HeadingTexts headingOf(const host::ReportHeading& data) {
+namespace {
+
+HeadingTexts headingOf(const host::User& user, const host::Company& company,
+                       const std::string& job) {
     HeadingTexts texts;
-    texts.firm = data.Company.name;
-    texts.user = data.User.name;
-    texts.phone = data.User.phone.empty() ? data.Company.phone : data.User.phone;
-    texts.email = data.User.email;
-    texts.fax = data.Company.fax;
-    texts.job = data.Job.JobName;
+    texts.firm = company.name;
+    texts.user = user.name;
+    texts.phone = user.phone.empty() ? company.phone : user.phone;
+    texts.email = user.email;
+    texts.fax = company.fax;
+    texts.job = job;
     return texts;
+}
+
+} // namespace
+
+HeadingTexts headingOf(const host::ReportHeading& data) {
+    return headingOf(data.User, data.Company, data.Job.JobName);
+}
+
+HeadingTexts headingOf(const host::PartsReportHeading& data) {
+    return headingOf(data.User, data.Company, data.JobName);
 }
 
 HeadingTexts requestHeading() {

@@ -27,6 +27,8 @@ struct HeadingTexts {
 
 /// The heading of a typed method's report data, with the phone's fallback applied.
 HeadingTexts headingOf(const host::ReportHeading& data);
+/// The same for the parts and metal report data, whose job is a name of its own.
+HeadingTexts headingOf(const host::PartsReportHeading& data);
 /// The heading of the current request: the look-ups the dispatcher made (it applied the
 /// fallbacks) and the job name of the request.
 HeadingTexts requestHeading();

@@ -145,9 +145,7 @@ AR2CutList::AR2CutList() : Report(design()) {
 }
 
 const host::OptimizedCutListReportData& AR2CutList::data() const {
-    if (ReportData == nullptr)
-        throw Error::objectNotSet(className());
-    return *ReportData;
+    return parts::reportData(*this, ReportData);
 }
 
 void AR2CutList::initialize() {
@@ -165,13 +163,10 @@ void AR2CutList::reportStart() {
 }
 
 void AR2CutList::fetchData(bool& eof) {
-    const auto& rows = data().Items;
-    if (m_rowIndex >= static_cast<std::int64_t>(rows.size())) {
-        eof = true;
+    const host::CutListRow* next = parts::nextRow(data().Items, m_rowIndex, eof);
+    if (next == nullptr)
         return;
-    }
-    eof = false;
-    const host::CutListRow& row = rows[static_cast<std::size_t>(m_rowIndex)];
+    const host::CutListRow& row = *next;
     fields()["PartNumber"].setValue(row.PartNumber);
     fields()["Description"].setValue(row.Description);
     fields()["StockLength"].setValue(row.StockLength);
@@ -187,7 +182,6 @@ void AR2CutList::fetchData(bool& eof) {
     for (std::int32_t position = 0; position < kCutCount; ++position)
         setCutField(position, row.Cuts);
     fields()["StocksRequired"].setValue(row.StocksRequired);
-    ++m_rowIndex;
 }
 
 void AR2CutList::setCutField(std::int32_t position,

@@ -34,9 +34,7 @@ FinalPartsReport::FinalPartsReport(engine::ReportDesign design, FinalPartsLayout
 }
 
 const host::FinalPartsReportData& FinalPartsReport::data() const {
-    if (ReportData == nullptr)
-        throw Error::objectNotSet(className());
-    return *ReportData;
+    return parts::reportData(*this, ReportData);
 }
 
 void FinalPartsReport::initialize() {
@@ -90,14 +88,9 @@ void FinalPartsReport::showPricingCaptions(bool priceByUnit) {
 
 void FinalPartsReport::fetchData(bool& eof) {
     const host::FinalPartsReportData& report = data();
-    if (m_rowIndex >= static_cast<std::int64_t>(report.Items.size())) {
-        eof = true;
-        return;
-    }
-    eof = false;
     // The pricing is read afresh for every line, as the captions read it at the start.
-    fillRow(report.Items[static_cast<std::size_t>(m_rowIndex)], report.PriceByUnit);
-    ++m_rowIndex;
+    if (const host::FinalPartsItem* item = parts::nextRow(report.Items, m_rowIndex, eof))
+        fillRow(*item, report.PriceByUnit);
 }
 
 void FinalPartsReport::fillRow(const host::FinalPartsItem& item, bool priceByUnit) {

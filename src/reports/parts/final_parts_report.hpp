@@ -34,8 +34,6 @@ class FinalPartsReport : public engine::Report {
     /// The user's defaults; the title comes from FinalPartsReportTitle when it has one.
     const host::UserDefaults* UserDefaults = nullptr;
 
-    FinalPartsLayout layout() const { return m_layout; }
-
   protected:
     FinalPartsReport(engine::ReportDesign design, FinalPartsLayout layout, ExportSuffixes suffixes);
 

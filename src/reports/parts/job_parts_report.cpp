@@ -109,9 +109,7 @@ JobPartsAR::JobPartsAR() : JobPartsReport(jobDesign(), false) {}
 JobElevAR::JobElevAR() : JobPartsReport(byElevationDesign(), true) {}
 
 const host::JobPartsReportData& JobPartsReport::data() const {
-    if (ReportData == nullptr)
-        throw Error::objectNotSet(className());
-    return *ReportData;
+    return parts::reportData(*this, ReportData);
 }
 
 void JobPartsReport::initialize() {
@@ -129,13 +127,10 @@ void JobPartsReport::reportStart() {
 }
 
 void JobPartsReport::fetchData(bool& eof) {
-    const auto& items = data().Items;
-    if (m_rowIndex >= static_cast<std::int64_t>(items.size())) {
-        eof = true;
+    const host::PartsReportListItem* row = parts::nextRow(data().Items, m_rowIndex, eof);
+    if (row == nullptr)
         return;
-    }
-    eof = false;
-    const host::PartsReportListItem& item = items[static_cast<std::size_t>(m_rowIndex)];
+    const host::PartsReportListItem& item = *row;
     fields()["Quantity"].setValue(item.Quantity);
     fields()["PartNumber"].setValue(item.PartNumber);
     fields()["Description"].setValue(item.Description);
@@ -145,7 +140,6 @@ void JobPartsReport::fetchData(bool& eof) {
         fields()["ElevationName"].setValue(item.ElevationName);
         fields()["ElevationSortIndex"].setValue(item.ElevationSortIndex);
     }
-    ++m_rowIndex;
 }
 
 } // namespace qr::reports

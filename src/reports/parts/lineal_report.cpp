@@ -104,9 +104,7 @@ FinalPartsLineal::FinalPartsLineal() : Report(design()) {
 }
 
 const host::LinealReportData& FinalPartsLineal::data() const {
-    if (ReportData == nullptr)
-        throw Error::objectNotSet(className());
-    return *ReportData;
+    return parts::reportData(*this, ReportData);
 }
 
 void FinalPartsLineal::initialize() {
@@ -121,20 +119,16 @@ void FinalPartsLineal::reportStart() {
 }
 
 void FinalPartsLineal::fetchData(bool& eof) {
-    const auto& items = data().Items;
-    if (m_rowIndex >= static_cast<std::int64_t>(items.size())) {
-        eof = true;
+    const host::LinealItem* row = parts::nextRow(data().Items, m_rowIndex, eof);
+    if (row == nullptr)
         return;
-    }
-    eof = false;
-    const host::LinealItem& item = items[static_cast<std::size_t>(m_rowIndex)];
+    const host::LinealItem& item = *row;
     fields()["Quantity"].setValue(item.Quantity);
     fields()["PartNumber"].setValue(item.PartNumber);
     fields()["Description"].setValue(item.Description);
     fields()["FromTable"].setValue(item.FromTable);
     fields()["UnitPrice"].setValue(item.PricePerUnit);
     fields()["Multiplier"].setValue(item.Multiplier);
-    ++m_rowIndex;
 }
 
 void FinalPartsLineal::detailFormat() {

@@ -99,9 +99,7 @@ ar2MetalRecap::ar2MetalRecap() : Report(design()) {
 }
 
 const host::MetalRecapReportData& ar2MetalRecap::data() const {
-    if (ReportData == nullptr)
-        throw Error::objectNotSet(className());
-    return *ReportData;
+    return parts::reportData(*this, ReportData);
 }
 
 void ar2MetalRecap::initialize() {
@@ -116,20 +114,16 @@ void ar2MetalRecap::reportStart() {
 }
 
 void ar2MetalRecap::fetchData(bool& eof) {
-    const auto& items = data().Items;
-    if (m_rowIndex >= static_cast<std::int64_t>(items.size())) {
-        eof = true;
+    const host::MetalRecapItem* row = parts::nextRow(data().Items, m_rowIndex, eof);
+    if (row == nullptr)
         return;
-    }
-    eof = false;
-    const host::MetalRecapItem& item = items[static_cast<std::size_t>(m_rowIndex)];
+    const host::MetalRecapItem& item = *row;
     fields()["Quantity"].setValue(item.Quantity);
     fields()["PartNumber"].setValue(item.PartNumber);
     fields()["Description"].setValue(item.Description);
     fields()["StockLength"].setValue(item.StockLength);
     fields()["StockQuantity"].setValue(item.StockQuantity);
     fields()["LengthString"].setValue(item.LengthString);
-    ++m_rowIndex;
 }
 
 // The stock-length heading shows the group's stock length in inches ("252 in."), read as a

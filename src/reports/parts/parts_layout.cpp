@@ -135,14 +135,7 @@ engine::SectionDesign partsPageFooter(int width, const char* rule) {
 
 void showPartsHeading(engine::Report& report, const host::PartsReportHeading& data,
                       const HeadingLabels& labels) {
-    HeadingTexts texts;
-    texts.firm = data.Company.name;
-    texts.user = data.User.name;
-    texts.phone = data.User.phone.empty() ? data.Company.phone : data.User.phone;
-    texts.email = data.User.email;
-    texts.fax = data.Company.fax;
-    texts.job = data.JobName;
-    showHeading(report, texts,
+    showHeading(report, headingOf(data),
                 HeadingControls{.firm = "lGlassfirm",
                                 .user = labels.user,
                                 .phone = "lPhone",

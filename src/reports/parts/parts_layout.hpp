@@ -4,12 +4,14 @@
 // line of columns with their captions stacked above them, and the heading's texts from the
 // host's report data.
 
+#include "platform/core/error.hpp"
 #include "platform/engine/design/report_design.hpp"
 #include "platform/engine/report.hpp"
 #include "platform/host/report_data.hpp"
 #include "reports/common/design_helpers.hpp"
 #include "reports/common/heading.hpp"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -98,5 +100,23 @@ struct HeadingLabels {
 /// (lVendor), and those of `labels`; then RptDate and RptTime.
 void showPartsHeading(engine::Report& report, const host::PartsReportHeading& data,
                       const HeadingLabels& labels);
+
+/// The report data a handler reads. A report run without any (as a request runs it) raises
+/// "Object variable or With block variable not set", naming the report.
+template <class Data> const Data& reportData(const engine::Report& report, const Data* data) {
+    if (data == nullptr)
+        throw Error::objectNotSet(report.className());
+    return *data;
+}
+
+/// Row delivery over a host list: the item at `rowIndex`, which then counts it as delivered;
+/// nullptr, with `eof` set, when every item has been delivered.
+template <class Item>
+const Item* nextRow(const std::vector<Item>& items, std::int32_t& rowIndex, bool& eof) {
+    eof = rowIndex >= static_cast<std::int64_t>(items.size());
+    if (eof)
+        return nullptr;
+    return &items[static_cast<std::size_t>(rowIndex++)];
+}
 
 } // namespace qr::reports::parts

@@ -6,6 +6,7 @@
 #include "platform/core/system_formats.hpp"
 #include "platform/engine/page/page.hpp"
 #include "platform/host/report_data.hpp"
+#include "reports/support/cost_fixture.hpp"
 #include "service/component.hpp"
 #include "support/host/recording_host.hpp"
 #include "support/temp_dir.hpp"
@@ -53,15 +54,7 @@ class PartsReportTest : public ::testing::Test {
 
 /// The texts a control printed on every page, in order (a hidden control prints none).
 inline std::vector<std::string> printed(const page::Pages& pages, const std::string& control) {
-    std::vector<std::string> texts;
-    for (const page::Page& page : pages.pages) {
-        for (const page::Item& item : page.items) {
-            if (const auto* text = std::get_if<page::TextItem>(&item);
-                text && text->control == control)
-                texts.push_back(text->text);
-        }
-    }
-    return texts;
+    return costTexts(pages, control);
 }
 
 /// How many items of any kind (text, line, frame) a control printed.
