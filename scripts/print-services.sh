@@ -15,17 +15,9 @@
 #                              one-line reason and the tail of the failing step's log
 #   print_services_stop        stops both servers
 
-# _print_service_failed STEP LOG: the one-line reason, with the tail of the step's log.
-_print_service_failed() {
-  local step=$1 log=${2:-}
-  if [ -n "$log" ] && [ -s "$log" ]; then
-    echo "print-services: $step failed; last lines of $log:" >&2
-    tail -n 15 "$log" | sed 's/^/  | /' >&2
-  else
-    echo "print-services: $step failed" >&2
-  fi
-  return 1
-}
+# shellcheck source=scripts/service-failed.sh
+source "$(dirname "${BASH_SOURCE[0]}")/service-failed.sh"
+_print_service_failed() { service_failed print-services "$@"; }
 
 print_services_start() {
   local state=$1

@@ -13,17 +13,9 @@
 #                        and the tail of the failing step's log
 #   services_stop        stops the server
 
-# _service_failed STEP LOG: the one-line reason a service did not start, with its log's tail.
-_service_failed() {
-  local step=$1 log=${2:-}
-  if [ -n "$log" ] && [ -s "$log" ]; then
-    echo "test-services: $step failed; last lines of $log:" >&2
-    tail -n 15 "$log" | sed 's/^/  | /' >&2
-  else
-    echo "test-services: $step failed" >&2
-  fi
-  return 1
-}
+# shellcheck source=scripts/service-failed.sh
+source "$(dirname "${BASH_SOURCE[0]}")/service-failed.sh"
+_service_failed() { service_failed test-services "$@"; }
 
 services_start() {
   local state=$1
