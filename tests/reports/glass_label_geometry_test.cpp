@@ -120,7 +120,8 @@ TEST_P(GlassLabelGeometryTest, EveryLabelLandsOnItsOwnLabelAndOffsetsMoveItExact
         if (c.showsDescription) {
             // The long description shows its start and is cut at the label's edge.
             int shown = 0;
-            for (const PdfWord& w : sortIntoLabels(straight.words, sheet, 0, 0).byLabel[0])
+            auto labels = sortIntoLabels(straight.words, sheet, 0, 0);
+            for (const PdfWord& w : labels.byLabel[0])
                 shown += w.text.rfind("D000", 0) == 0 ? 1 : 0;
             EXPECT_GE(shown, 1);
             EXPECT_LT(shown, kDescriptionWords);
