@@ -233,15 +233,15 @@ void GlassToOrderReport::detailFormat() {
 void GlassToOrderReport::ghTypeFooterFormat() {
     m_totalActualArea += m_actualArea;
     m_totalBlockArea += m_blockArea;
-    label("lSqrFtSubTot").setCaption(formatNumber(m_actualArea, kAreaFormat));
-    label("lBlockSubTot").setCaption(formatNumber(m_blockArea, kAreaFormat));
+    label("lSqrFtSubTot").setNumber(m_actualArea, kAreaFormat);
+    label("lBlockSubTot").setNumber(m_blockArea, kAreaFormat);
     m_actualArea = 0;
     m_blockArea = 0;
 }
 
 void GlassToOrderReport::reportFooterFormat() {
-    label("lAreaGrandTotal").setCaption(formatNumber(m_totalActualArea, kAreaFormat));
-    label("lBlockGrandTotal").setCaption(formatNumber(m_totalBlockArea, kAreaFormat));
+    label("lAreaGrandTotal").setNumber(m_totalActualArea, kAreaFormat);
+    label("lBlockGrandTotal").setNumber(m_totalBlockArea, kAreaFormat);
 }
 
 void GlassToOrderReport::reportEnd() {

@@ -64,13 +64,13 @@ void JobGlassReport::detailFormat() {
     const double units = printedNumber("fUnits", "iGqty");
     const double areaEach = rowNumber("pSqrFt");
     const double lineTotal = rowNumber("ptotals");
-    label("lSquareFt").setCaption(formatNumber(areaEach, kAreaEachFormat));
-    label("lTotal").setCaption(formatNumber(lineTotal, kMoneyFormat));
+    label("lSquareFt").setNumber(areaEach, kAreaEachFormat);
+    label("lTotal").setNumber(lineTotal, kMoneyFormat);
     Figures line{.area = areaEach * units, .price = lineTotal};
     if (m_options.blockFigures) {
         line.blockPrice = rowNumber("pblkpricetotal");
         line.blockArea = printedNumber("fBlkArea", "pblksqrft") * units;
-        label("lBlockTotal").setCaption(formatNumber(line.blockPrice, kMoneyFormat));
+        label("lBlockTotal").setNumber(line.blockPrice, kMoneyFormat);
     }
     m_part += line;
     if (m_options.byElevation)
@@ -106,11 +106,11 @@ void JobGlassReport::reportEnd() {
 
 void JobGlassReport::showFigures(const Figures& figures, const char* area, const char* price,
                                  const char* blockArea, const char* blockPrice) {
-    label(area).setCaption(formatNumber(figures.area, kAreaFormat));
-    label(price).setCaption(formatNumber(figures.price, kMoneyFormat));
+    label(area).setNumber(figures.area, kAreaFormat);
+    label(price).setNumber(figures.price, kMoneyFormat);
     if (m_options.blockFigures) {
-        label(blockArea).setCaption(formatNumber(figures.blockArea, kAreaFormat));
-        label(blockPrice).setCaption(formatNumber(figures.blockPrice, kMoneyFormat));
+        label(blockArea).setNumber(figures.blockArea, kAreaFormat);
+        label(blockPrice).setNumber(figures.blockPrice, kMoneyFormat);
     }
 }
 

@@ -140,12 +140,12 @@ void FinalPartsLineal::detailFormat() {
         const double multiplier = printedNumber(textBox("Field6").text(), className());
         const double total = unitPrice * quantity * multiplier;
         m_grandTotal += roundHalfEven(total, 2);
-        label("Label55").setCaption(formatNumber(total, kTotalFormat));
+        label("Label55").setNumber(total, kTotalFormat);
     });
 }
 
 void FinalPartsLineal::reportFooterFormat() {
-    label("Label56").setCaption(formatNumber(m_grandTotal, kTotalFormat));
+    label("Label56").setNumber(m_grandTotal, kTotalFormat);
 }
 
 void FinalPartsLineal::reportEnd() {
