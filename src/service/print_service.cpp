@@ -134,7 +134,7 @@ void PrintService::PrintElevationPartsReport(host::User& oUser, host::ElevationD
         data.Elevation = oElevation;
         data.User = oUser;
         data.Vendor = vendor;
-        data.PartsRows = oPartsReportListItems;
+        data.Items = oPartsReportListItems;
 
         const char* reportClass = reportClassOf("PrintElevationPartsReport");
         engine::Report& report = reportObject(reportClass);

@@ -3,6 +3,7 @@
 // reports only read them. Member names follow the host's (`User.Name`, `Job.JobID`, ...) so the
 // JSON form the command line reads uses the same key paths.
 
+#include "platform/core/currency.hpp"
 #include "platform/core/variant.hpp"
 #include "platform/host/services.hpp"
 
@@ -147,28 +148,102 @@ struct OptimizedCutListReportData : PartsReportHeading {
     std::vector<CutListRow> Items;
 };
 
-// The report-data types of the label and elevation reports. They carry the heading today;
-// their rows are added together with the reports that read them.
-struct CutLabelsReportData : ReportHeading {};
-struct ElevationData {
-    std::string ElevationName;
+// ---- Metal cut listing and cut labels -------------------------------------------------------
+
+/// The part a stock piece is cut from.
+struct StockPart {
+    std::string PartNumber;
+    std::string PartType;
 };
-struct ElevationPartsReportDataList {};
-struct ElevationGlassReportDataList {};
+
+/// One cut laid on a stock piece.
+struct MetalCut {
+    double CutLength = 0; ///< inches
+    std::string ElevationName;
+    std::string CutLabel; ///< the piece label marked on the cut
+    std::string PartType; ///< the part type as three of the label sheets print it
+};
+
+/// One stock piece and the cuts laid on it (at least one).
+struct StockPiece {
+    StockPart Part;
+    std::int32_t StockNumber = 0; ///< this piece among the part's pieces: 1, 2, ...
+    std::int32_t StockCount = 0;  ///< pieces of the part
+    std::vector<MetalCut> Cuts;
+};
+
+/// Data of the metal cut listing and the four metal label sheets. The heading's Job gives the
+/// job name; the offsets (twips) shift a label sheet to fit the printer.
+struct CutLabelsReportData : ReportHeading {
+    std::vector<StockPiece> StockPieces; ///< in print order
+    std::int32_t TopOffset = 0;
+    std::int32_t LeftOffset = 0;
+};
+
+// ---- Elevation reports ----------------------------------------------------------------------
+
+/// A framing system (storefront, curtain wall, ...).
+struct FramingSystem {
+    std::string Name;
+};
+
+/// The elevation as the elevation parts report reads it.
+struct ElevationData {
+    std::string Name;
+    std::string Description;
+    std::int32_t RepeatCount = 0; ///< times the elevation occurs in the job
+    std::string Finish;
+    FramingSystem System;
+    ::qr::host::Job Job;
+};
+
+/// What PrintElevationPartsReport builds from host services for its report, and what the
+/// multi-elevation parts report hands to its sub-report for each elevation.
+struct ElevationPartsReportData {
+    ::qr::host::User User;
+    ElevationData Elevation;
+    ::qr::host::Company Company;
+    ::qr::host::Vendor Vendor;
+    PartsReportListItems Items;
+};
+using ElevationPartsReportDataList = std::vector<ElevationPartsReportData>;
+
+/// The elevation as the elevation glass reports read it.
+struct GlassElevation {
+    std::string Name;
+    std::string Title;
+    std::int32_t Repetitions = 0; ///< times the elevation occurs in the job
+    ::qr::host::Job Job;
+};
+
+/// One glass line of an elevation.
+struct ElevationGlassItem {
+    std::int32_t Quantity = 0; ///< lites
+    std::string Description;
+    double Thickness = 0; ///< inches
+    std::string GlassType;
+    std::string TypeLabel; ///< empty: the block-size report shows the glass type's first letter
+    Currency PricePerSqFt;
+    double Width = 0, LeftHeight = 0, RightHeight = 0; ///< inches
+    double Area = 0;                                   ///< square feet of one lite
+    std::int32_t BlockWidth = 0, BlockHeight = 0;      ///< block size, inches
+    double BlockArea = 0;                              ///< square feet of one lite at block size
+    Currency BlockPrice;                               ///< one lite at block size
+};
+
+/// Data of the elevation glass reports: one elevation and its glass.
+struct ElevationGlassReportData {
+    ::qr::host::User User;
+    ::qr::host::Company Company;
+    GlassElevation Elevation;
+    std::vector<ElevationGlassItem> GlassItems; ///< in print order
+};
+using ElevationGlassReportDataList = std::vector<ElevationGlassReportData>;
 
 /// The user's default settings; the final parts reports read their title from here.
 struct UserDefaults {
     /// Null (none) or the title the user chose for the final parts reports.
     std::optional<std::string> FinalPartsReportTitle;
-};
-
-/// What PrintElevationPartsReport builds from host services for its report.
-struct ElevationPartsReportData {
-    ::qr::host::Company Company;
-    ::qr::host::ElevationData Elevation;
-    ::qr::host::User User;
-    ::qr::host::Vendor Vendor;
-    PartsReportListItems PartsRows;
 };
 
 } // namespace qr::host
