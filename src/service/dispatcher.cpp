@@ -3,7 +3,6 @@
 #include "data/statements.hpp"
 #include "platform/core/convert.hpp"
 #include "platform/core/error.hpp"
-#include "platform/core/text.hpp"
 #include "platform/db/connection.hpp"
 #include "platform/db/recordset.hpp"
 #include "platform/host/error_log.hpp"
@@ -11,10 +10,8 @@
 #include "reports/common/print_reports.hpp"
 #include "service/report_objects.hpp"
 #include "service/report_registry.hpp"
+#include "service/request_fields.hpp"
 #include "service/run_sequence.hpp"
-
-#include <optional>
-#include <string_view>
 
 namespace qr::service {
 
@@ -23,37 +20,6 @@ namespace {
 constexpr const char* kInvalidInput = "Invalid input string passed to PrintReport procedure";
 constexpr const char* kUnknownReport =
     "Error in Main subroutine in the PrintReports Project, please call Tolmar";
-
-// The legacy Trim: spaces only, not tabs or line ends.
-std::string trimmedSpaces(std::string_view text) {
-    return std::string(trimmed(text, " "));
-}
-
-// The text up to and including the first space, trimmed; `rest` becomes the text after that
-// space, trimmed. Without a space the field is empty and `rest` stays as it is.
-std::string nextField(std::string& rest) {
-    const auto space = rest.find(' ');
-    if (space == std::string::npos)
-        return {};
-    std::string field = trimmedSpaces(std::string_view(rest).substr(0, space + 1));
-    rest = trimmedSpaces(std::string_view(rest).substr(space + 1));
-    return field;
-}
-
-// The text after the first occurrence of `marker`, trimmed; all of it when there is none.
-std::string afterFirst(const std::string& text, std::string_view marker) {
-    const auto at = text.find(marker);
-    if (at == std::string::npos)
-        return trimmedSpaces(text);
-    return trimmedSpaces(std::string_view(text).substr(at + marker.size()));
-}
-
-// The text before the first occurrence of `marker`, trimmed; none found gives all of it.
-std::string beforeFirst(const std::string& text, std::string_view marker) {
-    const auto at = text.find(marker);
-    return trimmedSpaces(
-        std::string_view(text).substr(0, at == std::string::npos ? text.size() : at));
-}
 
 void showErrorEncountered() {
     host::messageBox().show(host::currentErrorDescription(), host::MessageIcon::Information,
@@ -95,40 +61,33 @@ void DispatchRequest(std::string& args) {
         return;
     }
     auto& state = host::moduleState();
-    std::string rest = lowerCase(args);
+    const RequestFields fields = splitRequest(args);
 
     // Fields 1 to 8. Pasted values (table, user id, job id) are checked as they are read: a
     // refused value keeps the earlier setting and the request runs no report, so nothing built
     // from it reaches a database.
-    std::string reportName;
+    const std::string& reportName = fields.reportName;
     bool preview = false;
     bool refused = false;
     const auto vendorDialect = [&] {
         return state.requestVendorConnection ? state.requestVendorConnection->dialect()
                                              : db::Dialect::SQLite;
     };
-    step([&] { reportName = nextField(rest); });
-    const std::string table = nextField(rest);
-    refused |= !step([&] { state.requestTable = data::checkedTableName(table, vendorDialect()); });
-    const std::string previewText = nextField(rest);
-    step([&] { preview = toBoolean(Variant(previewText)); });
-    const std::string userId = nextField(rest);
-    refused |= !step([&] { state.requestUserId = data::checkedId(userId, "user id in request"); });
-    const std::string jobId = nextField(rest);
-    refused |= !step([&] { state.requestJobId = data::checkedId(jobId, "job id in request"); });
-    const std::string excelText = nextField(rest);
-    step([&] { state.requestExcel = toBoolean(Variant(excelText)); });
-    const std::string pdfText = nextField(rest);
-    step([&] { state.requestPdf = toBoolean(Variant(pdfText)); });
-    const std::string spareFlagText = nextField(rest);
-    step([&] { state.requestSpareFlag = toBoolean(Variant(spareFlagText)); });
+    refused |= !step(
+        [&] { state.requestTable = data::checkedTableName(fields.table, vendorDialect()); });
+    step([&] { preview = toBoolean(Variant(fields.preview)); });
+    refused |=
+        !step([&] { state.requestUserId = data::checkedId(fields.userId, "user id in request"); });
+    refused |=
+        !step([&] { state.requestJobId = data::checkedId(fields.jobId, "job id in request"); });
+    step([&] { state.requestExcel = toBoolean(Variant(fields.excel)); });
+    step([&] { state.requestPdf = toBoolean(Variant(fields.pdf)); });
+    step([&] { state.requestSpareFlag = toBoolean(Variant(fields.spareFlag)); });
 
     // Fields 9 and 10: the spare text between the first bar and " |", and the tail after the
     // next bar.
-    rest = afterFirst(rest, "|");
-    state.requestSpareText = beforeFirst(rest, " |");
-    rest = afterFirst(rest, "|");
-    state.requestTail = rest;
+    state.requestSpareText = fields.spareText;
+    state.requestTail = fields.tail;
 
     state.firmName.clear();
     state.firmPhone.clear();

@@ -629,6 +629,11 @@ void writeWorkbook(const CellGrid& grid, const std::filesystem::path& path,
     }
 }
 
+void writeWorkbookStream(const CellGrid& grid, const std::string& sheetName,
+                         const std::function<void(std::span<const std::uint8_t>)>& sink) {
+    WorkbookStream(grid, sheetName).write(sink);
+}
+
 std::string excelSheetName(std::string_view title, std::size_t maxLength) {
     biff::BiffString units;
     biff::toBiffString(title, title.size(), units);

@@ -11,7 +11,9 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -33,6 +35,11 @@ void writeWorkbook(const page::Pages& pages, const std::filesystem::path& path,
 /// "<name> (2)", "<name> (3)", ...
 void writeWorkbook(const CellGrid& grid, const std::filesystem::path& path,
                    const std::string& sheetName);
+
+/// The "Workbook" stream writeWorkbook stores for `grid`, handed to `sink` piece by piece in
+/// order, without a file or container.
+void writeWorkbookStream(const CellGrid& grid, const std::string& sheetName,
+                         const std::function<void(std::span<const std::uint8_t>)>& sink);
 
 /// A worksheet name Excel accepts, made from a report title: the characters : \ / ? * [ ]
 /// become "_", control characters are dropped, leading and trailing blanks and apostrophes are
