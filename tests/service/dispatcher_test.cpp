@@ -9,6 +9,7 @@
 #include "service/dispatcher.hpp"
 #include "service/print_service.hpp"
 #include "service/report_objects.hpp"
+#include "service/report_registry.hpp"
 #include "support/host/recording_host.hpp"
 #include "support/temp_dir.hpp"
 
@@ -57,6 +58,9 @@ class Dispatcher : public ::testing::Test {
     }
     void TearDown() override {
         ProbeReport::seen.reset(); // it holds the request connections: close them with the test
+        // The real markup report again, for the suites that run after this one.
+        releaseReportObject("ARMarkup");
+        addReportClass("ARMarkup", registrationOfClass("ARMarkup")->factory);
         ::unsetenv("QUARVEX_PRINTER");
         ::unsetenv("QUARVEX_PREVIEW_DIR");
     }
