@@ -235,6 +235,9 @@ void StandaloneHost::addUsage(UsageEntry entry) {
     ConnectionRef log;
     {
         std::lock_guard lock(m_mutex);
+        // A host that runs for days keeps the recent entries only; the log table keeps them all.
+        if (m_usage.size() >= kKeptUsageEntries)
+            m_usage.erase(m_usage.begin(), m_usage.begin() + kKeptUsageEntries / 2);
         m_usage.push_back(entry);
         log = m_logConnection;
     }

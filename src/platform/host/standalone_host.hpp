@@ -3,10 +3,10 @@
 // application (the command line, the demo, the tests). Given connections, its services read the
 // master database's Users, Company and UserSettings tables and the vendor database's Vendor
 // table, and store user settings in UserSettings; without one they answer from (and store
-// settings in) the configuration. It makes folders with
-// std::filesystem, shows error dialogs through the platform message box, and keeps every usage
-// and error entry it is given, writing them to the master database's UsageLog table when it has
-// a log connection (error entries also go to standard error).
+// settings in) the configuration. It makes folders with std::filesystem, shows error dialogs
+// through the platform message box, and keeps the usage and error entries it is given (the
+// recent ones in memory), writing every one to the master database's UsageLog table when it
+// has a log connection (error entries also go to standard error).
 
 #include "platform/host/services.hpp"
 
@@ -59,7 +59,10 @@ class StandaloneHost : public HostClasses,
     // MessageService: the error dialog through the platform message box.
     void showErrorDialog(const std::string& title, const std::string& text) override;
 
-    /// Every usage and error entry recorded so far, oldest first.
+    /// Usage and error entries kept in memory: the most recent ones, at most this many.
+    static constexpr std::size_t kKeptUsageEntries = 1000;
+    /// The usage and error entries recorded so far, oldest first (the most recent
+    /// kKeptUsageEntries at least, when more were recorded).
     std::vector<UsageEntry> usageEntries() const;
     const StandaloneConfig& config() const { return m_config; }
 

@@ -31,12 +31,36 @@ std::string temporaryName(const std::filesystem::path& target) {
 
 } // namespace
 
+std::string replaceRefusal(const std::filesystem::path& target) {
+    namespace fs = std::filesystem;
+    std::error_code ec;
+    const fs::file_status status = fs::status(target, ec);
+    if (ec || !fs::exists(status))
+        return {};
+    using fs::perms;
+    if ((status.permissions() & (perms::owner_write | perms::group_write | perms::others_write)) ==
+        perms::none)
+        return "the file is read-only";
+    const std::string name = target.filename().string();
+    for (const std::string& lock : {".~lock." + name + "#", "~$" + name}) {
+        if (fs::exists(target.parent_path() / lock, ec))
+            return "the file is open in another program (its lock file \"" + lock +
+                   "\" is beside it); close it and try again";
+    }
+    return {};
+}
+
 OutputFile::OutputFile(std::filesystem::path target, std::string kind, std::string source)
     : m_target(std::move(target)), m_kind(std::move(kind)), m_source(std::move(source)) {
     if (m_target.empty() || !m_target.has_filename()) {
         throw Error(kFileAccessError, m_source,
                     "Could not write the " + m_kind + " file \"" + m_target.string() +
                         "\": the path does not name a file.");
+    }
+    if (const std::string refusal = replaceRefusal(m_target); !refusal.empty()) {
+        throw Error(kFileAccessError, m_source,
+                    "Could not write the " + m_kind + " file \"" + m_target.string() + "\": " +
+                        refusal + ".");
     }
     std::filesystem::path folder = m_target.parent_path();
     if (folder.empty())

@@ -10,11 +10,17 @@
 
 namespace qr::output {
 
+/// Why an existing `target` must not be replaced, or empty when it may be (or does not exist):
+/// a file marked read-only (no write permission for anyone: the estimator protected it), or
+/// one that is open in a spreadsheet or office program, seen by the lock file such programs
+/// keep beside it (".~lock.<name>#" for LibreOffice, "~$<name>" for Excel on a shared folder).
+std::string replaceRefusal(const std::filesystem::path& target);
+
 class OutputFile {
   public:
     /// Creates the temporary file. `kind` names the file in messages ("PDF", "PNG"), `source`
     /// is the error source. Raises qr::Error naming the target and the cause when the folder
-    /// cannot take a new file.
+    /// cannot take a new file or the target may not be replaced (replaceRefusal).
     OutputFile(std::filesystem::path target, std::string kind, std::string source);
     /// Removes the temporary unless committed.
     ~OutputFile();

@@ -3,6 +3,7 @@
 #include "platform/core/error.hpp"
 #include "platform/core/number_format.hpp"
 #include "platform/output/biff_records.hpp"
+#include "platform/output/output_file.hpp"
 
 #include <algorithm>
 #include <array>
@@ -602,6 +603,9 @@ void writeWorkbook(const CellGrid& grid, const std::filesystem::path& path,
                    const std::string& sheetName) {
     if (path.filename().empty()) {
         fail(path, "the path names no file");
+    }
+    if (const std::string refusal = replaceRefusal(path); !refusal.empty()) {
+        fail(path, refusal);
     }
     WorkbookStream stream(grid, sheetName);
     std::filesystem::path temporary;
