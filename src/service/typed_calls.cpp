@@ -130,20 +130,19 @@ void cutLabelsLarge(S& s, const A& a) {
                                       a);
 }
 void cutLabelsSmallA(S& s, const A& a) {
-    metalCut<&S::PrintCutLabelsSmallA>("PrintCutLabelsSmallA", host::CutReportReads::CutPartType,
-                                       s, a);
+    metalCut<&S::PrintCutLabelsSmallA>("PrintCutLabelsSmallA", host::CutReportReads::CutPartType, s,
+                                       a);
 }
 void cutLabelsSmallB(S& s, const A& a) {
-    metalCut<&S::PrintCutLabelsSmallB>("PrintCutLabelsSmallB", host::CutReportReads::CutPartType,
-                                       s, a);
+    metalCut<&S::PrintCutLabelsSmallB>("PrintCutLabelsSmallB", host::CutReportReads::CutPartType, s,
+                                       a);
 }
 void cutLabelsSmallC(S& s, const A& a) {
-    metalCut<&S::PrintCutLabelsSmallC>("PrintCutLabelsSmallC",
-                                       host::CutReportReads::PiecePartType, s, a);
+    metalCut<&S::PrintCutLabelsSmallC>("PrintCutLabelsSmallC", host::CutReportReads::PiecePartType,
+                                       s, a);
 }
 void metalCutListing(S& s, const A& a) {
-    metalCut<&S::PrintMetalCutListing>("PrintMetalCutListing", host::CutReportReads::Listing, s,
-                                       a);
+    metalCut<&S::PrintMetalCutListing>("PrintMetalCutListing", host::CutReportReads::Listing, s, a);
 }
 
 void elevationParts(S& s, const A& a) {

@@ -45,8 +45,8 @@ const SheetCase kSheets[] = {
 };
 
 const std::set<std::string> kGlassCaptions = {"Cut:", "Descr:", "Elev:", "Job:", "E:"};
-const std::set<std::string> kMetalCaptions = {"Stock", "number", "Part",  "Elevation", "Job",
-                                              "Piece", "Label",  "J:",    "E:",        ":"};
+const std::set<std::string> kMetalCaptions = {"Stock", "number", "Part", "Elevation", "Job",
+                                              "Piece", "Label",  "J:",   "E:",        ":"};
 constexpr int kLongTextWords = 24;
 constexpr int kCutsPerPiece = 3;
 constexpr const char* kMetalJob = "Harbor Point";

@@ -112,7 +112,8 @@ TEST_F(MetalCutReportsTest, TheListingPrintsEachCutPieceByPieceUnderItsHeading) 
         std::size_t at = 0;
         for (const std::string& line : c.inOrder) {
             const std::size_t found = text.find(line, at);
-            ASSERT_NE(found, std::string::npos) << "'" << line << "' after " << at << " in " << text;
+            ASSERT_NE(found, std::string::npos)
+                << "'" << line << "' after " << at << " in " << text;
             at = found + line.size();
         }
         for (const std::string& word : c.absent)
@@ -149,19 +150,19 @@ TEST_F(MetalCutReportsTest, EachLabelSheetPrintsOneLabelPerCutInOrder) {
          }},
         {&S::PrintCutLabelsSmallA, &reports::kAvery5267,
          [&](const Cut& c) {
-             return std::string(c.type) + " " + c.length + " SF-4503 J: " + job + " E: " +
-                    c.elevation;
+             return std::string(c.type) + " " + c.length + " SF-4503 J: " + job +
+                    " E: " + c.elevation;
          }},
         {&S::PrintCutLabelsSmallB, &reports::kAvery5267,
          [&](const Cut& c) {
-             return std::string(c.type) + " " + c.length + " " + c.stock + " J: " + job + " E: " +
-                    c.elevation;
+             return std::string(c.type) + " " + c.length + " " + c.stock + " J: " + job +
+                    " E: " + c.elevation;
          }},
         // Variant C prints the stock piece's part type, not the cut's.
         {&S::PrintCutLabelsSmallC, &reports::kAvery5267,
          [&](const Cut& c) {
-             return std::string("SF-4503 ") + c.length + " " + c.stock + " : Frame E: " +
-                    c.elevation;
+             return std::string("SF-4503 ") + c.length + " " + c.stock +
+                    " : Frame E: " + c.elevation;
          }},
     };
     for (const Sheet& sheet : sheets) {

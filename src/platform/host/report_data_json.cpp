@@ -144,8 +144,7 @@ StockPiece readStockPiece(const JsonNode& item, CutReportReads reads) {
     piece.Part.PartNumber = part.text("PartNumber");
     piece.Part.PartType = part.text("PartType", presence(reads != CutReportReads::CutPartType));
     piece.StockNumber = item.wholeNumber("StockNumber");
-    piece.StockCount =
-        item.wholeNumber("StockCount", presence(reads == CutReportReads::Listing));
+    piece.StockCount = item.wholeNumber("StockCount", presence(reads == CutReportReads::Listing));
     const std::vector<JsonNode> cuts = item.list("Cuts");
     if (cuts.empty())
         failReportData(item.path() + ".Cuts must hold at least one cut");

@@ -104,7 +104,8 @@ class LabelLines {
 
     LabelLines(const LabelSheet& sheet, Metrics metrics) : m_frame(sheet), m_m(metrics) {}
 
-    /// A text box bound to `field` on `line`, from `x` to `right` (0: the text's right edge).
+    /// A text box bound to `field` on `line`, from `x` to `right` (0: as far right as the
+    /// label's text reaches).
     ControlDesign box(const char* name, int line, int x, int right, const char* field) const {
         return engine::textBox(name, m_frame.place(on(line, x, right)), field)
             .size(m_m.size)
@@ -113,9 +114,7 @@ class LabelLines {
     }
     /// A static caption on `line`.
     ControlDesign caption(const char* name, int line, int x, int right, const char* text) const {
-        return engine::label(name, m_frame.place(on(line, x, right)), text)
-            .size(m_m.size)
-            .noWrap();
+        return engine::label(name, m_frame.place(on(line, x, right)), text).size(m_m.size).noWrap();
     }
     const Metrics& metrics() const { return m_m; }
 
@@ -141,31 +140,27 @@ engine::ReportDesign labelDesign(const LabelSheet& sheet, const char* name, cons
 
 // Avery 5260: 2 5/8 x 1 in, six lines.
 engine::ReportDesign avery5260Design() {
-    const LabelLines l(kAvery5260, {.size = 8,
-                                    .first = 60,
-                                    .pitch = 225,
-                                    .height = 210,
-                                    .left = 120,
-                                    .right = 3660});
+    const LabelLines l(
+        kAvery5260,
+        {.size = 8, .first = 60, .pitch = 225, .height = 210, .left = 120, .right = 3660});
     const int left = l.metrics().left;
     constexpr int split = 2440; // the length, right of the part type
     constexpr int value = 1300; // values after the captions
-    return labelDesign(
-        kAvery5260, "arAvery5260MetalLabels", "Avery 5260 Metal Label",
-        {
-            l.box("txtPartType", 0, left, split - 40, "PartType").bold(),
-            l.box("txtLength", 0, split, 0, "Length").bold(),
-            l.caption("Label1", 1, left, value - 40, "Stock number"),
-            l.box("txtStockNumber", 1, value, 0, "StockNumber"),
-            l.caption("Label2", 2, left, value - 40, "Part number"),
-            l.box("txtPartNumber", 2, value, 0, "PartNumber"),
-            l.caption("Label3", 3, left, value - 40, "Elevation"),
-            l.box("txtElevation", 3, value, 0, "ElevationName"),
-            l.caption("Label4", 4, left, value - 40, "Job"),
-            l.box("txtJobName", 4, value, 0, "JobName"),
-            l.caption("Label5", 5, left, value - 40, "Piece Label"),
-            l.box("txtCutLabel", 5, value, 0, "CutLabel"),
-        });
+    return labelDesign(kAvery5260, "arAvery5260MetalLabels", "Avery 5260 Metal Label",
+                       {
+                           l.box("txtPartType", 0, left, split - 40, "PartType").bold(),
+                           l.box("txtLength", 0, split, 0, "Length").bold(),
+                           l.caption("Label1", 1, left, value - 40, "Stock number"),
+                           l.box("txtStockNumber", 1, value, 0, "StockNumber"),
+                           l.caption("Label2", 2, left, value - 40, "Part number"),
+                           l.box("txtPartNumber", 2, value, 0, "PartNumber"),
+                           l.caption("Label3", 3, left, value - 40, "Elevation"),
+                           l.box("txtElevation", 3, value, 0, "ElevationName"),
+                           l.caption("Label4", 4, left, value - 40, "Job"),
+                           l.box("txtJobName", 4, value, 0, "JobName"),
+                           l.caption("Label5", 5, left, value - 40, "Piece Label"),
+                           l.box("txtCutLabel", 5, value, 0, "CutLabel"),
+                       });
 }
 
 // Avery 5267: 1 3/4 x 1/2 in, three lines; the variants differ in the first two.
@@ -209,12 +204,9 @@ constexpr Variant5267 kVariants[] = {
 };
 
 engine::ReportDesign avery5267Design(char variant) {
-    const LabelLines l(kAvery5267, {.size = 7,
-                                    .first = 60,
-                                    .pitch = 210,
-                                    .height = 190,
-                                    .left = 80,
-                                    .right = 2440});
+    const LabelLines l(
+        kAvery5267,
+        {.size = 7, .first = 60, .pitch = 210, .height = 190, .left = 80, .right = 2440});
     const int left = l.metrics().left;
     constexpr int split = 1600; // the length, right of the first line's box
     constexpr int second = 900; // the separator on the second line
@@ -234,8 +226,8 @@ engine::ReportDesign avery5267Design(char variant) {
                 l.box("txtElevation", 2, 300, 0, "ElevationName"),
             });
     }
-    throw Error::component("MetalLabels", std::string("There is no Avery 5267 metal label variant ") +
-                                              variant + ".");
+    throw Error::component(
+        "MetalLabels", std::string("There is no Avery 5267 metal label variant ") + variant + ".");
 }
 
 /// An offset that would move the sheet further than the paper reaches.
@@ -339,9 +331,8 @@ void MetalCutReport::fillListingFields(const host::StockPiece& piece, const host
 
 void MetalCutReport::fillLabelFields(const host::StockPiece& piece, const host::MetalCut& cut) {
     fields()["PartNumber"].setValue(piece.Part.PartNumber);
-    fields()["PartType"].setValue(m_layout == MetalCutLayout::PiecePartTypeLabel
-                                      ? piece.Part.PartType
-                                      : cut.PartType);
+    fields()["PartType"].setValue(
+        m_layout == MetalCutLayout::PiecePartTypeLabel ? piece.Part.PartType : cut.PartType);
     fields()["Length"].setValue(m_fractions.ToFractionString(cut.CutLength, 0, 64));
     fields()["StockNumber"].setValue(piece.StockNumber);
     fields()["ElevationName"].setValue(cut.ElevationName);

@@ -56,7 +56,8 @@ std::string metalCuts(const std::string& secondCut = R"("CutLength": 12.375)") {
         {"Part": {"PartNumber": "SF-4503", "PartType": "Frame"}, "StockNumber": 1,
          "StockCount": 2, "Cuts": [
            {"CutLength": 120, "ElevationName": "E1", "CutLabel": "E1-01", "PartType": "Jamb"},
-           {)" + secondCut +
+           {)" +
+           secondCut +
            R"(, "ElevationName": "E1", "CutLabel": "E1-02", "PartType": "Head"}]},
         {"Part": {"PartNumber": "SF-4503", "PartType": "Frame"}, "StockNumber": 2,
          "StockCount": 2, "Cuts": [
