@@ -142,7 +142,6 @@ TEST(PartsReportDataJson, NamesTheKeyPathOfWhatIsMissingOrOfTheWrongKind) {
         {cutLabels, metalCuts(), ""},
         {cutLabels, metalCuts(R"("CutLength": "12 3/8")"),
          "StockPieces[0].Cuts[1].CutLength must be a number"},
-        {cutLabels, without(metalCuts(), R"("TopOffset": 100, )"), "missing key TopOffset"},
         {cutLabels, without(metalCuts(), R"(, "PartType": "Sill")"),
          "missing key StockPieces[1].Cuts[0].PartType"},
         // The listing reads neither the offsets nor the cuts' labels and part types; variant
@@ -154,7 +153,6 @@ TEST(PartsReportDataJson, NamesTheKeyPathOfWhatIsMissingOrOfTheWrongKind) {
         {pieceLabels, without(metalCuts(), R"(, "PartType": "Sill")"), ""},
         {pieceLabels, without(metalCuts(), R"(, "PartType": "Frame")"),
          "missing key StockPieces[0].Part.PartType"},
-        {listing, without(metalCuts(), R"("JobName": "Harbor Point")"), "missing key Job.JobName"},
         {listing, R"({"Job": {"JobName": "J"}, "StockPieces": [{"Part": {"PartNumber": "P",
            "PartType": "T"}, "StockNumber": 1, "StockCount": 1, "Cuts": []}]})",
          "StockPieces[0].Cuts must hold at least one cut"},
@@ -198,17 +196,6 @@ TEST(PartsReportDataJson, ReadsTheMembersAndIgnoresKeysItDoesNotKnow) {
     EXPECT_FALSE(cuts[1]);
     EXPECT_EQ(cuts[2]->CutText, "") << "a cut with an empty text is still a cut";
     EXPECT_EQ(rows.Items[0].StocksRequired, 3);
-}
-
-TEST(PartsReportDataJson, CutLabelsDataReadsBackAsWritten) {
-    const CutLabelsReportData data =
-        cutLabelsReportDataFromJson(metalCuts(), CutReportReads::CutPartType);
-    ASSERT_EQ(data.StockPieces.size(), 2u);
-    EXPECT_EQ(data.StockPieces[0].Cuts[1].CutLength, 12.375);
-    EXPECT_EQ(data.StockPieces[1].Cuts[0].CutLabel, "E2-01");
-    EXPECT_EQ(data.LeftOffset, -50);
-    EXPECT_EQ(toJson(cutLabelsReportDataFromJson(toJson(data), CutReportReads::Listing)),
-              toJson(data));
 }
 
 TEST(JsonNode, DatesAreIsoTextAndMoneyKeepsFourDecimals) {
