@@ -8,6 +8,7 @@
 #include "reports/parts/final_parts_report.hpp"
 #include "reports/parts/job_parts_report.hpp"
 #include "reports/parts/lineal_report.hpp"
+#include "reports/parts/metal_cut_reports.hpp"
 #include "reports/parts/metal_recap.hpp"
 #include "service/component.hpp"
 #include "service/dispatcher.hpp"
@@ -46,6 +47,13 @@ void runFinalGlass(const char* method, host::FinalGlassReportData& data,
         report.ShouldExportToExcel = excel;
         report.ShouldExportToPdf = pdf;
     });
+}
+
+// The metal cut listing and the four metal label sheets differ only in their report class.
+template <class R>
+void runMetalCut(const char* method, host::CutLabelsReportData& data, bool preview) {
+    runTypedMethod<R>(method, reportClassOf(method), preview,
+                      [&](R& report) { report.ReportData = &data; });
 }
 
 // The three final parts methods differ only in their report class.
@@ -211,24 +219,24 @@ void PrintService::PrintJobPartsReportByElevation(host::JobPartsReportData& oRep
     runJobParts<reports::JobElevAR>("PrintJobPartsReportByElevation", oReportData, bPreview);
 }
 
-void PrintService::PrintCutLabelsLarge(host::CutLabelsReportData&, bool bPreview) {
-    runUnavailable("PrintCutLabelsLarge", bPreview);
+void PrintService::PrintCutLabelsLarge(host::CutLabelsReportData& oReportData, bool bPreview) {
+    runMetalCut<reports::arAvery5260MetalLabels>("PrintCutLabelsLarge", oReportData, bPreview);
 }
 
-void PrintService::PrintCutLabelsSmallA(host::CutLabelsReportData&, bool bPreview) {
-    runUnavailable("PrintCutLabelsSmallA", bPreview);
+void PrintService::PrintCutLabelsSmallA(host::CutLabelsReportData& oReportData, bool bPreview) {
+    runMetalCut<reports::arAvery5267AMetalLabels>("PrintCutLabelsSmallA", oReportData, bPreview);
 }
 
-void PrintService::PrintCutLabelsSmallB(host::CutLabelsReportData&, bool bPreview) {
-    runUnavailable("PrintCutLabelsSmallB", bPreview);
+void PrintService::PrintCutLabelsSmallB(host::CutLabelsReportData& oReportData, bool bPreview) {
+    runMetalCut<reports::arAvery5267BMetalLabels>("PrintCutLabelsSmallB", oReportData, bPreview);
 }
 
-void PrintService::PrintCutLabelsSmallC(host::CutLabelsReportData&, bool bPreview) {
-    runUnavailable("PrintCutLabelsSmallC", bPreview);
+void PrintService::PrintCutLabelsSmallC(host::CutLabelsReportData& oReportData, bool bPreview) {
+    runMetalCut<reports::arAvery5267CMetalLabels>("PrintCutLabelsSmallC", oReportData, bPreview);
 }
 
-void PrintService::PrintMetalCutListing(host::CutLabelsReportData&, bool bPreview) {
-    runUnavailable("PrintMetalCutListing", bPreview);
+void PrintService::PrintMetalCutListing(host::CutLabelsReportData& oReportData, bool bPreview) {
+    runMetalCut<reports::AR2MetalCutListings>("PrintMetalCutListing", oReportData, bPreview);
 }
 
 void PrintService::PrintFinalGlassReportWithoutPrices(host::FinalGlassReportData& ReportData,

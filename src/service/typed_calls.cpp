@@ -55,10 +55,13 @@ void dataAndPreview(const char* method, Read read, S& s, const A& a) {
     });
 }
 
-template <class Data, void (S::*Method)(Data&, bool)>
-void headingAndPreview(const char* method, S& s, const A& a) {
-    dataAndPreview<Data, Method>(
-        method, [&](const std::string&) { return headingData<Data>(a); }, s, a);
+// The metal cut listing and the four metal label sheets, each reading what its report prints.
+template <void (S::*Method)(host::CutLabelsReportData&, bool)>
+void metalCut(const char* method, host::CutReportReads reads, S& s, const A& a) {
+    dataAndPreview<host::CutLabelsReportData, Method>(
+        method,
+        [reads](const std::string& json) { return host::cutLabelsReportDataFromJson(json, reads); },
+        s, a);
 }
 
 } // namespace
@@ -123,24 +126,23 @@ void jobPartsByElevation(S& s, const A& a) {
 }
 
 void cutLabelsLarge(S& s, const A& a) {
-    headingAndPreview<host::CutLabelsReportData, &S::PrintCutLabelsLarge>("PrintCutLabelsLarge", s,
-                                                                          a);
+    metalCut<&S::PrintCutLabelsLarge>("PrintCutLabelsLarge", host::CutReportReads::CutPartType, s,
+                                      a);
 }
 void cutLabelsSmallA(S& s, const A& a) {
-    headingAndPreview<host::CutLabelsReportData, &S::PrintCutLabelsSmallA>("PrintCutLabelsSmallA",
-                                                                           s, a);
+    metalCut<&S::PrintCutLabelsSmallA>("PrintCutLabelsSmallA", host::CutReportReads::CutPartType, s,
+                                       a);
 }
 void cutLabelsSmallB(S& s, const A& a) {
-    headingAndPreview<host::CutLabelsReportData, &S::PrintCutLabelsSmallB>("PrintCutLabelsSmallB",
-                                                                           s, a);
+    metalCut<&S::PrintCutLabelsSmallB>("PrintCutLabelsSmallB", host::CutReportReads::CutPartType, s,
+                                       a);
 }
 void cutLabelsSmallC(S& s, const A& a) {
-    headingAndPreview<host::CutLabelsReportData, &S::PrintCutLabelsSmallC>("PrintCutLabelsSmallC",
-                                                                           s, a);
+    metalCut<&S::PrintCutLabelsSmallC>("PrintCutLabelsSmallC", host::CutReportReads::PiecePartType,
+                                       s, a);
 }
 void metalCutListing(S& s, const A& a) {
-    headingAndPreview<host::CutLabelsReportData, &S::PrintMetalCutListing>("PrintMetalCutListing",
-                                                                           s, a);
+    metalCut<&S::PrintMetalCutListing>("PrintMetalCutListing", host::CutReportReads::Listing, s, a);
 }
 
 void elevationParts(S& s, const A& a) {

@@ -151,7 +151,12 @@ const char* const kPartsMethods[] = {"PrintFinalPartsReportLandscape",
                                      "PrintMetalRecapReport",
                                      "PrintJobPartsReport",
                                      "PrintJobPartsReportByElevation",
-                                     "PrintOptimizedCutListReport"};
+                                     "PrintOptimizedCutListReport",
+                                     "PrintMetalCutListing",
+                                     "PrintCutLabelsLarge",
+                                     "PrintCutLabelsSmallA",
+                                     "PrintCutLabelsSmallB",
+                                     "PrintCutLabelsSmallC"};
 
 TEST(Cli, EachPartsMethodsExampleRunsUnchanged) {
     TempDir dir;
@@ -167,7 +172,10 @@ TEST(Cli, EachPartsMethodsExampleRunsUnchanged) {
                                         dir.path().string(), "--no-preview", "--excel", "--pdf"},
                                        "QUARVEX_PRINTER=" + quoted("file:" + printed.string()));
         EXPECT_EQ(run.exitCode, 0) << run.err;
-        EXPECT_NE(pdfText(printed).find("Maple Street Dental"), std::string::npos);
+        // Variant C of the small metal labels is the one report without the job's name.
+        const bool namesTheJob = method != std::string("PrintCutLabelsSmallC");
+        EXPECT_NE(pdfText(printed).find(namesTheJob ? "Maple Street Dental" : "SF-4503"),
+                  std::string::npos);
     }
     // The three final parts reports and the lineal report and cut list exported as well.
     const fs::path folder = dir / "Jobs" / "Maple Street Dental" / "Reports";

@@ -76,12 +76,25 @@ TEST(PartsSample, TheStorefrontAndCurtainWallJobHasDozensOfPartsInSeveralFinishe
         listedFeet += line.Quantity * (whole * 16 + sixteenths) / 16.0 / 12.0;
     }
     EXPECT_NEAR(cutFeet, listedFeet, 0.01);
+    // The metal cut listing and labels carry the same cuts, each marked once, on pieces
+    // numbered within their part.
+    double labelledFeet = 0;
+    std::set<std::string> marks;
+    for (const auto& piece : metalCutData(takeoff).StockPieces) {
+        EXPECT_GE(piece.StockNumber, 1);
+        EXPECT_LE(piece.StockNumber, piece.StockCount);
+        for (const auto& cut : piece.Cuts) {
+            labelledFeet += cut.CutLength / 12.0;
+            EXPECT_TRUE(marks.insert(cut.CutLabel).second) << cut.CutLabel;
+        }
+    }
+    EXPECT_NEAR(labelledFeet, cutFeet, 0.01);
 }
 
 TEST(PartsSample, TheDataFilesReadBackAsTheDataTheyWereWrittenFrom) {
     test::TempDir dir;
     const auto files = writePartsReportData(dir / "data");
-    ASSERT_EQ(files.size(), 3u * 8u);
+    ASSERT_EQ(files.size(), 3u * 13u);
     const auto read = [](const std::filesystem::path& file) {
         std::ifstream in(file);
         std::ostringstream text;
@@ -102,6 +115,9 @@ TEST(PartsSample, TheDataFilesReadBackAsTheDataTheyWereWrittenFrom) {
             again = host::toJson(host::linealReportDataFromJson(text));
         } else if (method == "PrintMetalRecapReport") {
             again = host::toJson(host::metalRecapReportDataFromJson(text));
+        } else if (method.rfind("PrintCutLabels", 0) == 0 || method == "PrintMetalCutListing") {
+            again = host::toJson(
+                host::cutLabelsReportDataFromJson(text, host::CutReportReads::Listing));
         } else if (method.rfind("PrintJobParts", 0) == 0) {
             again = host::toJson(host::jobPartsReportDataFromJson(text, true));
         } else {

@@ -221,6 +221,11 @@ TEST_F(PartsServiceTest, ReportDataThatCannotBeReadIsTheMethodsFailure) {
          "Report data: oReportData.Items[0].Part.Multiplier must be a number"},
         {"PrintOptimizedCutListReport", R"({"JobName": "J"})", "Report data: missing key User"},
         {"PrintJobPartsReport", "[]", "Report data: the document must be a JSON object"},
+        {"PrintCutLabelsSmallC",
+         R"({"Job": {"JobName": "J"}, "TopOffset": 0, "LeftOffset": 0, "StockPieces": [
+             {"Part": {"PartNumber": "P", "PartType": "T"}, "StockNumber": 1,
+              "Cuts": [{"CutLength": "12", "ElevationName": "E", "CutLabel": "L"}]}]})",
+         "Report data: StockPieces[0].Cuts[0].CutLength must be a number"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.method);

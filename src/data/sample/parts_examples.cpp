@@ -114,4 +114,26 @@ std::string cutListExampleJson() {
     return host::toJson(data);
 }
 
+std::string cutLabelsExampleJson() {
+    host::CutLabelsReportData data;
+    const host::PartsReportHeading h = heading();
+    data.User = h.User;
+    data.Company = h.Company;
+    data.Vendor = h.Vendor;
+    data.Job = {2, h.JobName};
+    data.StockPieces = {
+        {{"SF-4503", "Frame"},
+         1,
+         2,
+         {{120, "E1 - Entrance", "E1-01", "Jamb"},
+          {120, "E1 - Entrance", "E1-02", "Jamb"},
+          {12.375, "E1 - Entrance", "E1-03", "Jamb"}}},
+        {{"SF-4503", "Frame"},
+         2,
+         2,
+         {{96.5, "E2 - Storefront", "E2-01", "Jamb"}, {96.5, "E2 - Storefront", "E2-02", "Jamb"}}},
+    };
+    return host::toJson(data);
+}
+
 } // namespace qr::data::sample

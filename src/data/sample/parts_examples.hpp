@@ -16,5 +16,7 @@ std::string linealExampleJson();
 std::string metalRecapExampleJson();
 std::string jobPartsExampleJson();
 std::string cutListExampleJson();
+/// The metal cut listing's and the metal labels' (one document for the five methods).
+std::string cutLabelsExampleJson();
 
 } // namespace qr::data::sample

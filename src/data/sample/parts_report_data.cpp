@@ -6,6 +6,7 @@
 #include "platform/host/report_data_json.hpp"
 
 #include <cmath>
+#include <cstdio>
 #include <fstream>
 #include <functional>
 #include <map>
@@ -219,6 +220,38 @@ host::OptimizedCutListReportData cutListData(const JobTakeoff& takeoff) {
     return data;
 }
 
+host::CutLabelsReportData metalCutData(const JobTakeoff& takeoff) {
+    const JobPlan& job = *takeoff.job;
+    host::CutLabelsReportData data;
+    const host::PartsReportHeading heading = partsHeading(job);
+    data.User = heading.User;
+    data.Company = heading.Company;
+    data.Vendor = heading.Vendor;
+    data.Job = {job.jobId, job.name};
+    std::vector<int> marked(job.elevations.size(), 0); // cuts marked so far, per elevation
+    for (const PartNeed& need : takeoff.parts) {
+        const CatalogueEntry& part = *need.part;
+        const std::string member = part.description.substr(0, part.description.find(','));
+        std::int32_t stockNumber = 0;
+        for (const StockPiece& laid : need.stock) {
+            host::StockPiece piece;
+            piece.Part = {part.partNumber, part.partType};
+            piece.StockNumber = ++stockNumber;
+            piece.StockCount = static_cast<std::int32_t>(need.stock.size());
+            for (const MemberCut& cut : laid.cuts) {
+                const auto e = static_cast<std::size_t>(cut.elevation);
+                char mark[16];
+                std::snprintf(mark, sizeof mark, "-%02d", ++marked[e]);
+                piece.Cuts.push_back({static_cast<double>(cut.sixteenths) / kInch,
+                                      elevationName(job, cut.elevation),
+                                      job.elevations[e].code + mark, member});
+            }
+            data.StockPieces.push_back(std::move(piece));
+        }
+    }
+    return data;
+}
+
 std::vector<std::filesystem::path> writePartsReportData(const std::filesystem::path& folder) {
     std::error_code error;
     std::filesystem::create_directories(folder, error);
@@ -230,6 +263,7 @@ std::vector<std::filesystem::path> writePartsReportData(const std::filesystem::p
         const JobTakeoff takeoff = partsTakeoff(job);
         const std::string finalParts =
             host::finalPartsCallToJson(finalPartsData(takeoff), userDefaultsFor(job));
+        const std::string metalCuts = host::toJson(metalCutData(takeoff));
         const std::pair<const char*, std::string> files[] = {
             {"PrintFinalPartsReportLandscape", finalParts},
             {"PrintFinalPartsReportPortrait", finalParts},
@@ -239,6 +273,11 @@ std::vector<std::filesystem::path> writePartsReportData(const std::filesystem::p
             {"PrintJobPartsReport", host::toJson(jobPartsData(takeoff, false))},
             {"PrintJobPartsReportByElevation", host::toJson(jobPartsData(takeoff, true))},
             {"PrintOptimizedCutListReport", host::toJson(cutListData(takeoff))},
+            {"PrintMetalCutListing", metalCuts},
+            {"PrintCutLabelsLarge", metalCuts},
+            {"PrintCutLabelsSmallA", metalCuts},
+            {"PrintCutLabelsSmallB", metalCuts},
+            {"PrintCutLabelsSmallC", metalCuts},
         };
         for (const auto& [method, text] : files) {
             const auto file =

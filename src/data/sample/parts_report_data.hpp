@@ -29,6 +29,10 @@ host::MetalRecapReportData metalRecapData(const JobTakeoff& takeoff);
 host::JobPartsReportData jobPartsData(const JobTakeoff& takeoff, bool byElevation);
 /// The optimiser's patterns: one line per stock piece.
 host::OptimizedCutListReportData cutListData(const JobTakeoff& takeoff);
+/// The same stock pieces with their cuts, for the metal cut listing and the metal labels: each
+/// cut marked with its elevation's code and its number on that elevation ("E2-07"), its part
+/// type the member it makes ("Jamb", the catalogue description's first phrase).
+host::CutLabelsReportData metalCutData(const JobTakeoff& takeoff);
 
 /// Writes <method>-job<id>.json for each parts method and sample job into `folder` (made when
 /// missing), each file whole or not at all. Returns the files written, in that order.

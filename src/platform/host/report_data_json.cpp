@@ -128,6 +128,31 @@ CutListRow readCutListRow(const JsonNode& item) {
     return row;
 }
 
+MetalCut readMetalCut(const JsonNode& item, CutReportReads reads) {
+    const bool labels = reads != CutReportReads::Listing;
+    MetalCut cut;
+    cut.CutLength = item.number("CutLength");
+    cut.ElevationName = item.text("ElevationName");
+    cut.CutLabel = item.text("CutLabel", presence(labels));
+    cut.PartType = item.text("PartType", presence(reads == CutReportReads::CutPartType));
+    return cut;
+}
+
+StockPiece readStockPiece(const JsonNode& item, CutReportReads reads) {
+    StockPiece piece;
+    const JsonNode part = item.object("Part");
+    piece.Part.PartNumber = part.text("PartNumber");
+    piece.Part.PartType = part.text("PartType", presence(reads != CutReportReads::CutPartType));
+    piece.StockNumber = item.wholeNumber("StockNumber");
+    piece.StockCount = item.wholeNumber("StockCount", presence(reads == CutReportReads::Listing));
+    const std::vector<JsonNode> cuts = item.list("Cuts");
+    if (cuts.empty())
+        failReportData(item.path() + ".Cuts must hold at least one cut");
+    for (const JsonNode& cut : cuts)
+        piece.Cuts.push_back(readMetalCut(cut.asObject(), reads));
+    return piece;
+}
+
 /// Each item of the data's Items list through `read`.
 template <class Item, class Read> std::vector<Item> readItems(const JsonNode& data, Read read) {
     std::vector<Item> items;
@@ -177,6 +202,20 @@ template <class Data, class Write> QJsonObject partsDataJson(const Data& data, W
 
 std::string text(const QJsonObject& object) {
     return QJsonDocument(object).toJson(QJsonDocument::Indented).toStdString();
+}
+
+QJsonObject reportHeadingJson(const ReportHeading& heading) {
+    return {
+        {"User", QJsonObject{{"Name", qs(heading.User.name)},
+                             {"Phone", qs(heading.User.phone)},
+                             {"Email", qs(heading.User.email)}}},
+        {"Company", QJsonObject{{"Name", qs(heading.Company.name)},
+                                {"Phone", qs(heading.Company.phone)},
+                                {"Fax", qs(heading.Company.fax)},
+                                {"Email", qs(heading.Company.email)}}},
+        {"Vendor", QJsonObject{{"Name", qs(heading.Vendor.name)}}},
+        {"Job", QJsonObject{{"JobID", heading.Job.JobID}, {"JobName", qs(heading.Job.JobName)}}},
+    };
 }
 
 QJsonObject finalPartsJson(const FinalPartsReportData& data) {
@@ -335,6 +374,46 @@ std::string toJson(const OptimizedCutListReportData& data) {
             {"StocksRequired", row.StocksRequired},
         };
     }));
+}
+
+CutLabelsReportData cutLabelsReportDataFromJson(const std::string& json, CutReportReads reads) {
+    const JsonNode root = JsonNode::parse(json).asObject();
+    const bool labels = reads != CutReportReads::Listing;
+    CutLabelsReportData data;
+    readHeading(root, data, false);
+    data.Job.JobName = root.object("Job").text("JobName");
+    for (const JsonNode& piece : root.list("StockPieces"))
+        data.StockPieces.push_back(readStockPiece(piece.asObject(), reads));
+    data.TopOffset = root.wholeNumber("TopOffset", presence(labels));
+    data.LeftOffset = root.wholeNumber("LeftOffset", presence(labels));
+    return data;
+}
+
+std::string toJson(const CutLabelsReportData& data) {
+    QJsonObject object = reportHeadingJson(data);
+    QJsonArray pieces;
+    for (const StockPiece& piece : data.StockPieces) {
+        QJsonArray cuts;
+        for (const MetalCut& cut : piece.Cuts) {
+            cuts.append(QJsonObject{
+                {"CutLength", cut.CutLength},
+                {"ElevationName", qs(cut.ElevationName)},
+                {"CutLabel", qs(cut.CutLabel)},
+                {"PartType", qs(cut.PartType)},
+            });
+        }
+        pieces.append(QJsonObject{
+            {"Part", QJsonObject{{"PartNumber", qs(piece.Part.PartNumber)},
+                                 {"PartType", qs(piece.Part.PartType)}}},
+            {"StockNumber", piece.StockNumber},
+            {"StockCount", piece.StockCount},
+            {"Cuts", cuts},
+        });
+    }
+    object.insert("StockPieces", pieces);
+    object.insert("TopOffset", data.TopOffset);
+    object.insert("LeftOffset", data.LeftOffset);
+    return text(object);
 }
 
 } // namespace qr::host

@@ -68,4 +68,21 @@ std::string toJson(const JobPartsReportData& data);
 OptimizedCutListReportData optimizedCutListReportDataFromJson(const std::string& json);
 std::string toJson(const OptimizedCutListReportData& data);
 
+/// Which report reads the data of the metal cut listing and the metal labels: each requires
+/// what it reads.
+enum class CutReportReads {
+    Listing,       ///< the cut listing: the piece's part type and StockCount
+    CutPartType,   ///< the labels that print the cut's part type (5260, 5267 A and B)
+    PiecePartType, ///< the label that prints the piece's part type (5267 C)
+};
+
+/// The metal cut listing's and the metal labels' data: Job.JobName (the other heading members
+/// may be given), and StockPieces, each with Part.PartNumber, StockNumber (a whole number) and
+/// Cuts, at least one, each with CutLength (a number) and ElevationName. The listing also
+/// requires Part.PartType and StockCount; the labels CutLabel, TopOffset and LeftOffset (whole
+/// numbers, twips) and the part type they print (the cut's PartType, or the piece's
+/// Part.PartType for `PiecePartType`).
+CutLabelsReportData cutLabelsReportDataFromJson(const std::string& json, CutReportReads reads);
+std::string toJson(const CutLabelsReportData& data);
+
 } // namespace qr::host

@@ -49,6 +49,21 @@ std::string jobParts(const std::string& item) {
            item + "}]}";
 }
 
+// Two stock pieces as the metal cut listing and the metal labels read them.
+std::string metalCuts(const std::string& secondCut = R"("CutLength": 12.375)") {
+    return R"({"Job": {"JobName": "Harbor Point"}, "TopOffset": 100, "LeftOffset": -50,
+      "StockPieces": [
+        {"Part": {"PartNumber": "SF-4503", "PartType": "Frame"}, "StockNumber": 1,
+         "StockCount": 2, "Cuts": [
+           {"CutLength": 120, "ElevationName": "E1", "CutLabel": "E1-01", "PartType": "Jamb"},
+           {)" +
+           secondCut +
+           R"(, "ElevationName": "E1", "CutLabel": "E1-02", "PartType": "Head"}]},
+        {"Part": {"PartNumber": "SF-4503", "PartType": "Frame"}, "StockNumber": 2,
+         "StockCount": 2, "Cuts": [
+           {"CutLength": 30, "ElevationName": "E2", "CutLabel": "E2-01", "PartType": "Sill"}]}]})";
+}
+
 std::string without(std::string text, const std::string& part) {
     const auto at = text.find(part);
     EXPECT_NE(at, std::string::npos) << part;
@@ -64,6 +79,15 @@ TEST(PartsReportDataJson, NamesTheKeyPathOfWhatIsMissingOrOfTheWrongKind) {
     const Read cuts = [](const std::string& j) { optimizedCutListReportDataFromJson(j); };
     const Read lineal = [](const std::string& j) { linealReportDataFromJson(j); };
     const Read recap = [](const std::string& j) { metalRecapReportDataFromJson(j); };
+    const Read listing = [](const std::string& j) {
+        cutLabelsReportDataFromJson(j, CutReportReads::Listing);
+    };
+    const Read cutLabels = [](const std::string& j) {
+        cutLabelsReportDataFromJson(j, CutReportReads::CutPartType);
+    };
+    const Read pieceLabels = [](const std::string& j) {
+        cutLabelsReportDataFromJson(j, CutReportReads::PiecePartType);
+    };
     const std::string eightCuts = R"J([{"CutText": "120 (C1)"}, null, null, null, null, null,
                                         null, null])J";
     struct Case {
@@ -115,6 +139,23 @@ TEST(PartsReportDataJson, NamesTheKeyPathOfWhatIsMissingOrOfTheWrongKind) {
            "LengthString": "120"}]})",
          "Items[0].StockQuantity must be a whole number"},
         {recap, "{" + kHeading + R"(, "Items": {}})", "Items must be a list"},
+        {cutLabels, metalCuts(), ""},
+        {cutLabels, metalCuts(R"("CutLength": "12 3/8")"),
+         "StockPieces[0].Cuts[1].CutLength must be a number"},
+        {cutLabels, without(metalCuts(), R"(, "PartType": "Sill")"),
+         "missing key StockPieces[1].Cuts[0].PartType"},
+        // The listing reads neither the offsets nor the cuts' labels and part types; variant
+        // C of the labels prints the piece's part type, not the cut's.
+        {listing, without(without(metalCuts(), R"("TopOffset": 100, )"), R"(, "PartType": "Sill")"),
+         ""},
+        {listing, without(metalCuts(), R"("StockCount": 2, )"),
+         "missing key StockPieces[0].StockCount"},
+        {pieceLabels, without(metalCuts(), R"(, "PartType": "Sill")"), ""},
+        {pieceLabels, without(metalCuts(), R"(, "PartType": "Frame")"),
+         "missing key StockPieces[0].Part.PartType"},
+        {listing, R"({"Job": {"JobName": "J"}, "StockPieces": [{"Part": {"PartNumber": "P",
+           "PartType": "T"}, "StockNumber": 1, "StockCount": 1, "Cuts": []}]})",
+         "StockPieces[0].Cuts must hold at least one cut"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.json);
