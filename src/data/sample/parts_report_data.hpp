@@ -34,6 +34,9 @@ host::OptimizedCutListReportData cutListData(const JobTakeoff& takeoff);
 /// type the member it makes ("Jamb", the catalogue description's first phrase).
 host::CutLabelsReportData metalCutData(const JobTakeoff& takeoff);
 
+/// Writes `text` into `file`, whole or not at all (through a temporary file beside it).
+void writeWhole(const std::filesystem::path& file, const std::string& text);
+
 /// Writes <method>-job<id>.json for each parts method and sample job into `folder` (made when
 /// missing), each file whole or not at all. Returns the files written, in that order.
 std::vector<std::filesystem::path> writePartsReportData(const std::filesystem::path& folder);
