@@ -1,5 +1,6 @@
 #include "service/report_registry.hpp"
 
+#include "data/sample/elevation_report_data.hpp"
 #include "data/sample/parts_examples.hpp"
 #include "reports/cost/ar_markup.hpp"
 #include "reports/cost/ar_markup2.hpp"
@@ -9,7 +10,9 @@
 #include "reports/glass/glass_cut_reports.hpp"
 #include "reports/glass/glass_to_order.hpp"
 #include "reports/glass/job_glass_report.hpp"
+#include "reports/multi/elevation_multiple_report.hpp"
 #include "reports/parts/cut_list.hpp"
+#include "reports/parts/elev_parts_report.hpp"
 #include "reports/parts/final_parts_report.hpp"
 #include "reports/parts/job_parts_report.hpp"
 #include "reports/parts/lineal_report.hpp"
@@ -140,12 +143,12 @@ std::vector<ReportRegistration> buildRegistry() {
          false,
          TypedMethod{"PrintCutLabelsSmallC", kDataAndPreview, false, calls::cutLabelsSmallC}},
         {"ElevPartsAR",
-         {},
+         make<reports::ElevPartsAR>(),
          "elevpartsar",
          false,
          TypedMethod{"PrintElevationPartsReport",
                      "oUser, oElevation, oPartsReportListItems, sVendorPath, bPreview = True",
-                     false, calls::elevationParts}},
+                     true, calls::elevationParts, examples::elevationPartsExampleJson}},
 
         // Cost
         {"ARMarkup", make<reports::ARMarkup>(), "armarkup", false, std::nullopt,
@@ -162,12 +165,12 @@ std::vector<ReportRegistration> buildRegistry() {
 
         // Multi-elevation
         {"ElevPartsMultipleReport",
-         {},
+         make<reports::ElevPartsMultipleReport>(),
          nullptr,
          false,
          TypedMethod{"PrintMultipleElevationPartsReports",
-                     "oElevationPartsReportDataList, bPreview", false,
-                     calls::multipleElevationParts}},
+                     "oElevationPartsReportDataList, bPreview", true,
+                     calls::multipleElevationParts, examples::multipleElevationPartsExampleJson}},
         {"ElevGlassMultipleReport",
          {},
          nullptr,

@@ -145,18 +145,19 @@ void metalCutListing(S& s, const A& a) {
 
 void elevationParts(S& s, const A& a) {
     trapTypedMethod("PrintElevationPartsReport", [&] {
-        auto heading = headingData<host::ReportHeading>(a);
-        host::ElevationData elevation;
-        host::PartsReportListItems items;
+        auto call = host::elevationPartsCallFromJson(a.dataJson);
         std::string vendorPath = a.vendorPath;
-        s.PrintElevationPartsReport(heading.User, elevation, items, vendorPath, previewOr(a, true));
+        s.PrintElevationPartsReport(call.oUser, call.oElevation, call.oPartsReportListItems,
+                                    vendorPath, previewOr(a, true));
     });
 }
 
 void multipleElevationParts(S& s, const A& a) {
-    host::ElevationPartsReportDataList list;
-    bool preview = previewOr(a, true);
-    s.PrintMultipleElevationPartsReports(list, preview);
+    trapTypedMethod("PrintMultipleElevationPartsReports", [&] {
+        auto list = host::elevationPartsReportDataListFromJson(a.dataJson);
+        bool preview = previewOr(a, true);
+        s.PrintMultipleElevationPartsReports(list, preview);
+    });
 }
 
 void multipleElevationGlass(S& s, const A& a) {

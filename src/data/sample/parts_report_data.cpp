@@ -63,6 +63,8 @@ std::string elevationName(const JobPlan& job, int index) {
     return elevation.code + " - " + elevation.name;
 }
 
+} // namespace
+
 void writeWhole(const std::filesystem::path& file, const std::string& text) {
     std::filesystem::path temporary = file;
     temporary += ".tmp";
@@ -83,8 +85,6 @@ void writeWhole(const std::filesystem::path& file, const std::string& text) {
         throw Error::component("SampleParts", "Cannot write " + file.string());
     }
 }
-
-} // namespace
 
 host::PartsReportHeading partsHeading(const JobPlan& job) {
     host::PartsReportHeading heading;
