@@ -6,6 +6,7 @@
 #include "reports/cost/ar_markup2.hpp"
 #include "reports/cost/final_labor.hpp"
 #include "reports/cost/final_summary.hpp"
+#include "reports/glass/elev_glass_report.hpp"
 #include "reports/glass/final_glass_report.hpp"
 #include "reports/glass/glass_cut_reports.hpp"
 #include "reports/glass/glass_to_order.hpp"
@@ -81,8 +82,8 @@ std::vector<ReportRegistration> buildRegistry() {
          "aravery5267bglasslabels", true},
         {"arAvery5267CGlassLabels", make<reports::arAvery5267CGlassLabels>(),
          "aravery5267cglasslabels", true},
-        {"ElevGlassAR", {}, "elevglassar"},
-        {"ElevGlassAR2", {}, "elevglassar2"},
+        {"ElevGlassAR", make<reports::ElevGlassAR>(), "elevglassar"},
+        {"ElevGlassAR2", make<reports::ElevGlassAR2>(), "elevglassar2"},
 
         // Parts and metal
         {"FinalPartsAR", make<reports::FinalPartsAR>(), nullptr, false,
