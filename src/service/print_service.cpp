@@ -118,9 +118,15 @@ void PrintService::PrintMultipleElevationPartsReports(
         });
 }
 
-void PrintService::PrintMultipleElevationGlassReports(host::ElevationGlassReportDataList&,
-                                                      std::string&, bool& bPreview) {
-    runUnavailable("PrintMultipleElevationGlassReports", bPreview);
+void PrintService::PrintMultipleElevationGlassReports(
+    host::ElevationGlassReportDataList& oElevationGlassReportDataList, std::string& ReportFormat,
+    bool& bPreview) {
+    runTypedMethod<reports::ElevGlassMultipleReport>(
+        "PrintMultipleElevationGlassReports", reportClassOf("PrintMultipleElevationGlassReports"),
+        bPreview, [&](reports::ElevGlassMultipleReport& report) {
+            report.ElevationGlassReportDataList = &oElevationGlassReportDataList;
+            report.ReportFormat = ReportFormat;
+        });
 }
 
 void PrintService::PrintElevationPartsReport(host::User& oUser, host::ElevationData& oElevation,

@@ -173,7 +173,7 @@ std::vector<ReportRegistration> buildRegistry() {
                      "oElevationPartsReportDataList, bPreview", true,
                      calls::multipleElevationParts, examples::multipleElevationPartsExampleJson}},
         {"ElevGlassMultipleReport",
-         {},
+         make<reports::ElevGlassMultipleReport>(),
          nullptr,
          false,
          TypedMethod{"PrintMultipleElevationGlassReports",

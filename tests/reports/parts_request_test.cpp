@@ -22,7 +22,10 @@ class PartsRequestTest : public CostReportTest {
 
 TEST_P(PartsRequestTest, ARequestWithoutReportDataFailsThroughTheErrorPathAndWritesNothing) {
     const std::pair<const char*, const char*> requests[] = {
-        {"jobpartsar", "JobPartsAR"}, {"jobelevar", "JobElevAR"}, {"ar2cutlist", "AR2CutList"}};
+        {"jobpartsar", "JobPartsAR"},
+        {"jobelevar", "JobElevAR"},
+        {"ar2cutlist", "AR2CutList"},
+        {"elevpartsar", "ElevPartsAR"}};
     for (const auto& [name, className] : requests) {
         SCOPED_TRACE(name);
         m_host->messages->shown.clear();

@@ -4,6 +4,7 @@
 #include "platform/core/error.hpp"
 #include "platform/core/system_formats.hpp"
 #include "reports/common/page_footer.hpp"
+#include "reports/glass/elev_glass_report.hpp"
 #include "reports/parts/elev_parts_report.hpp"
 
 namespace qr::reports {
@@ -57,6 +58,32 @@ engine::ReportDesign partsDesign() {
              footerText(engine::label("Label1", {3000, 100, 4800, 220}, "Elevation Parts Report"),
                         Align::Center)}),
         engine::reportFooter("ReportFooter", 0, {}),
+    };
+    return d;
+}
+
+engine::ReportDesign glassDesign() {
+    constexpr int kWidth = 10800;
+    engine::ReportDesign d{"ElevGlassMultipleReport",
+                           "Glass by Elevation Report",
+                           {.marginLeft = 700,
+                            .marginTop = 720,
+                            .marginRight = 700,
+                            .marginBottom = 720,
+                            .printWidth = kWidth},
+                           {}};
+    // The page number box and the sub-report span the print width, so that the landscape
+    // form widens them with it.
+    d.sections = {
+        engine::pageHeader("PageHeader", 0, {}),
+        engine::detail("Detail", 400,
+                       {engine::subReport("ElevationGlassReport", {0, 0, kWidth, 240})}),
+        engine::pageFooter(
+            "PageFooter", 460,
+            {dateBox({0, 60, 2400, 200}, "<Date>"),
+             footerText(engine::label("lReportTime", {0, 260, 2400, 200}, "<Time>"), Align::Left),
+             footerText(engine::textBox("PageNumberField", {0, 60, kWidth, 220}).pageCount(),
+                        Align::Right)}),
     };
     return d;
 }
@@ -117,6 +144,32 @@ std::unique_ptr<engine::Report> ElevPartsMultipleReport::makeElevationReport() {
 void ElevPartsMultipleReport::setElevation(engine::Report& elevationReport, std::int32_t index) {
     static_cast<ElevPartsAR&>(elevationReport).ReportData =
         &ElevationPartsReportDataList->at(static_cast<std::size_t>(index));
+}
+
+// ---- ElevGlassMultipleReport ----------------------------------------------------------------
+
+ElevGlassMultipleReport::ElevGlassMultipleReport()
+    : ElevationMultipleReport(glassDesign(), {"ElevationGlassReport", "PageNumberField"}) {}
+
+std::int32_t ElevGlassMultipleReport::elevationCount() const {
+    if (ElevationGlassReportDataList == nullptr)
+        throw Error::objectNotSet(className());
+    return static_cast<std::int32_t>(ElevationGlassReportDataList->size());
+}
+
+std::unique_ptr<engine::Report> ElevGlassMultipleReport::makeElevationReport() {
+    if (ReportFormat == kBasicFormat)
+        return std::make_unique<ElevGlassAR>();
+    setOrientation(page::Orientation::Landscape);
+    setPrintWidth(kLandscapeWidth);
+    control(controls().pageNumber).setWidth(kLandscapeWidth);
+    control(controls().subReport).setWidth(kLandscapeWidth);
+    return std::make_unique<ElevGlassAR2>();
+}
+
+void ElevGlassMultipleReport::setElevation(engine::Report& elevationReport, std::int32_t index) {
+    static_cast<ElevGlassReport&>(elevationReport).ReportData =
+        &ElevationGlassReportDataList->at(static_cast<std::size_t>(index));
 }
 
 } // namespace qr::reports

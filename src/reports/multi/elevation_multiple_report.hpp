@@ -72,4 +72,26 @@ class ElevPartsMultipleReport : public ElevationMultipleReport {
     void setElevation(engine::Report& elevationReport, std::int32_t index) override;
 };
 
+/// The glass reports of many elevations: ElevGlassAR per elevation when ReportFormat is
+/// "basic" (exactly: "Basic" is another format), otherwise ElevGlassAR2 with the page turned
+/// to landscape and widened for it.
+class ElevGlassMultipleReport : public ElevationMultipleReport {
+  public:
+    /// The format that selects the portrait report.
+    static constexpr const char* kBasicFormat = "basic";
+    /// Print width of the landscape form, twips.
+    static constexpr int kLandscapeWidth = 14430;
+
+    ElevGlassMultipleReport();
+
+    /// The elevations to print, in print order; the host keeps the list alive during the run.
+    host::ElevationGlassReportDataList* ElevationGlassReportDataList = nullptr;
+    std::string ReportFormat;
+
+  protected:
+    std::int32_t elevationCount() const override;
+    std::unique_ptr<engine::Report> makeElevationReport() override;
+    void setElevation(engine::Report& elevationReport, std::int32_t index) override;
+};
+
 } // namespace qr::reports
