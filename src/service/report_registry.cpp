@@ -177,8 +177,8 @@ std::vector<ReportRegistration> buildRegistry() {
          nullptr,
          false,
          TypedMethod{"PrintMultipleElevationGlassReports",
-                     "oElevationGlassReportDataList, ReportFormat, bPreview", false,
-                     calls::multipleElevationGlass}},
+                     "oElevationGlassReportDataList, ReportFormat, bPreview", true,
+                     calls::multipleElevationGlass, examples::multipleElevationGlassExampleJson}},
     };
 }
 

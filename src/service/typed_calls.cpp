@@ -1,6 +1,7 @@
 #include "service/typed_calls.hpp"
 
 #include "platform/host/report_data_json.hpp"
+#include "reports/multi/elevation_multiple_report.hpp"
 #include "service/print_service.hpp"
 #include "service/run_sequence.hpp"
 
@@ -161,10 +162,14 @@ void multipleElevationParts(S& s, const A& a) {
 }
 
 void multipleElevationGlass(S& s, const A& a) {
-    host::ElevationGlassReportDataList list;
-    std::string format = a.reportFormat;
-    bool preview = previewOr(a, true);
-    s.PrintMultipleElevationGlassReports(list, format, preview);
+    trapTypedMethod("PrintMultipleElevationGlassReports", [&] {
+        // The landscape report, for every format but "basic", reads the block figures too.
+        std::string format = a.reportFormat;
+        auto list = host::elevationGlassReportDataListFromJson(
+            a.dataJson, format != reports::ElevGlassMultipleReport::kBasicFormat);
+        bool preview = previewOr(a, true);
+        s.PrintMultipleElevationGlassReports(list, format, preview);
+    });
 }
 
 } // namespace qr::service::typed_calls

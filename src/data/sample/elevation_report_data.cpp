@@ -1,5 +1,6 @@
 #include "data/sample/elevation_report_data.hpp"
 
+#include "data/sample/elevation_glass_data.hpp"
 #include "data/sample/glass_sizes.hpp"
 #include "data/sample/parts_report_data.hpp"
 #include "platform/core/convert.hpp"
@@ -84,6 +85,10 @@ std::string elevationPartsExampleJson() {
 
 std::string multipleElevationPartsExampleJson() {
     return host::toJson(elevationPartsData(partsTakeoff(sampleJobs().at(1))));
+}
+
+std::string multipleElevationGlassExampleJson() {
+    return host::toJson(elevationGlassData(sampleJobs().at(1)));
 }
 
 std::vector<std::filesystem::path> writeElevationReportData(const std::filesystem::path& folder) {

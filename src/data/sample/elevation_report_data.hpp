@@ -21,10 +21,12 @@ host::ElevationData elevationData(const JobPlan& job, int index);
 /// part and length, longest first).
 host::ElevationPartsReportDataList elevationPartsData(const JobTakeoff& takeoff);
 
-/// Small, valid data of the two elevation parts methods (the small storefront job), what
+/// Small, valid data of the elevation methods (the small storefront job), what
 /// `quarvex-reports call METHOD --example` prints.
 std::string elevationPartsExampleJson();
 std::string multipleElevationPartsExampleJson();
+/// The same for the multi-elevation glass report.
+std::string multipleElevationGlassExampleJson();
 
 /// Writes, for each sample job with elevations, PrintElevationPartsReport-job<id>.json (its
 /// first elevation) and PrintMultipleElevationPartsReports-job<id>.json (all of them) into

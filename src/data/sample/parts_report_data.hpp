@@ -30,7 +30,7 @@ host::JobPartsReportData jobPartsData(const JobTakeoff& takeoff, bool byElevatio
 /// The optimiser's patterns: one line per stock piece.
 host::OptimizedCutListReportData cutListData(const JobTakeoff& takeoff);
 
-/// Writes `text` to `file` through a temporary file beside it: the file is whole or not there.
+/// Writes `text` into `file`, whole or not at all (through a temporary file beside it).
 void writeWhole(const std::filesystem::path& file, const std::string& text);
 
 /// Writes <method>-job<id>.json for each parts method and sample job into `folder` (made when

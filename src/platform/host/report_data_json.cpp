@@ -181,6 +181,49 @@ template <class Item, class Read> std::vector<Item> readItems(const JsonNode& da
     return items;
 }
 
+ElevationGlassItem readElevationGlassItem(const JsonNode& item, bool blockFigures) {
+    const Presence block = presence(blockFigures);
+    ElevationGlassItem line;
+    line.Quantity = item.wholeNumber("Quantity");
+    line.Description = item.text("Description");
+    line.Thickness = item.number("Thickness");
+    line.GlassType = item.text("GlassType");
+    line.TypeLabel = item.text("TypeLabel", block);
+    line.PricePerSqFt = item.currency("PricePerSqFt");
+    line.Width = item.number("Width");
+    line.LeftHeight = item.number("LeftHeight");
+    line.RightHeight = item.number("RightHeight");
+    line.Area = item.number("Area");
+    line.BlockWidth = item.wholeNumber("BlockWidth", block);
+    line.BlockHeight = item.wholeNumber("BlockHeight", block);
+    line.BlockArea = item.number("BlockArea", block);
+    line.BlockPrice = item.currency("BlockPrice", block);
+    return line;
+}
+
+ElevationGlassReportData readElevationGlass(const JsonNode& data, bool blockFigures) {
+    ElevationGlassReportData elevation;
+    const JsonNode user = data.object("User");
+    elevation.User.name = user.text("Name", kOptional);
+    elevation.User.phone = user.text("Phone");
+    elevation.User.email = user.text("Email", kOptional);
+    const JsonNode company = data.object("Company");
+    elevation.Company.name = company.text("Name");
+    elevation.Company.phone = company.text("Phone");
+    elevation.Company.fax = company.text("Fax");
+    elevation.Company.email = company.text("Email", kOptional);
+    const JsonNode glassElevation = data.object("Elevation");
+    elevation.Elevation.Name = glassElevation.text("Name");
+    elevation.Elevation.Title = glassElevation.text("Title");
+    elevation.Elevation.Repetitions = glassElevation.wholeNumber("Repetitions");
+    const JsonNode job = glassElevation.object("Job");
+    elevation.Elevation.Job.JobID = job.wholeNumber("JobID", kOptional);
+    elevation.Elevation.Job.JobName = job.text("JobName");
+    for (const JsonNode& item : data.list("GlassItems"))
+        elevation.GlassItems.push_back(readElevationGlassItem(item.asObject(), blockFigures));
+    return elevation;
+}
+
 // ---- Writing --------------------------------------------------------------------------------
 
 QString qs(const std::string& text) {
@@ -277,6 +320,52 @@ QJsonObject finalPartsJson(const FinalPartsReportData& data) {
     object.insert("PriceByUnit", data.PriceByUnit);
     return object;
 }
+
+/// Money as the number it is (four decimals at most, so a double carries it exactly enough to
+/// read back to the same amount).
+QJsonValue money(const Currency& amount) {
+    return amount.toDouble();
+}
+
+QJsonObject elevationGlassJson(const ElevationGlassReportData& data) {
+    QJsonArray items;
+    for (const ElevationGlassItem& item : data.GlassItems) {
+        items.append(QJsonObject{
+            {"Quantity", item.Quantity},
+            {"Description", qs(item.Description)},
+            {"Thickness", item.Thickness},
+            {"GlassType", qs(item.GlassType)},
+            {"TypeLabel", qs(item.TypeLabel)},
+            {"PricePerSqFt", money(item.PricePerSqFt)},
+            {"Width", item.Width},
+            {"LeftHeight", item.LeftHeight},
+            {"RightHeight", item.RightHeight},
+            {"Area", item.Area},
+            {"BlockWidth", item.BlockWidth},
+            {"BlockHeight", item.BlockHeight},
+            {"BlockArea", item.BlockArea},
+            {"BlockPrice", money(item.BlockPrice)},
+        });
+    }
+    const GlassElevation& elevation = data.Elevation;
+    return {
+        {"User", QJsonObject{{"Name", qs(data.User.name)},
+                             {"Phone", qs(data.User.phone)},
+                             {"Email", qs(data.User.email)}}},
+        {"Company", QJsonObject{{"Name", qs(data.Company.name)},
+                                {"Phone", qs(data.Company.phone)},
+                                {"Fax", qs(data.Company.fax)},
+                                {"Email", qs(data.Company.email)}}},
+        {"Elevation", QJsonObject{{"Name", qs(elevation.Name)},
+                                  {"Title", qs(elevation.Title)},
+                                  {"Repetitions", elevation.Repetitions},
+                                  {"Job", QJsonObject{{"JobID", elevation.Job.JobID},
+                                                      {"JobName", qs(elevation.Job.JobName)}}}}},
+        {"GlassItems", items},
+    };
+}
+
+constexpr const char* kElevationGlassListParameter = "oElevationGlassReportDataList";
 
 } // namespace
 
@@ -429,8 +518,11 @@ std::string elevationPartsCallToJson(const User& user, const ElevationData& elev
 }
 
 ElevationPartsReportDataList elevationPartsReportDataListFromJson(const std::string& json) {
+    const JsonNode root = JsonNode::parse(json);
+    const std::vector<JsonNode> elevations =
+        root.isObject() ? root.list("oElevationPartsReportDataList") : root.asList();
     ElevationPartsReportDataList list;
-    for (const JsonNode& item : JsonNode::parse(json).asList())
+    for (const JsonNode& item : elevations)
         list.push_back(readElevationParts(item.asObject()));
     return list;
 }
@@ -450,6 +542,33 @@ std::string toJson(const ElevationPartsReportDataList& list) {
         });
     }
     return QJsonDocument(array).toJson(QJsonDocument::Indented).toStdString();
+}
+
+ElevationGlassReportData elevationGlassReportDataFromJson(const std::string& json,
+                                                          bool blockFigures) {
+    return readElevationGlass(JsonNode::parse(json).asObject(), blockFigures);
+}
+
+std::string toJson(const ElevationGlassReportData& data) {
+    return text(elevationGlassJson(data));
+}
+
+ElevationGlassReportDataList elevationGlassReportDataListFromJson(const std::string& json,
+                                                                  bool blockFigures) {
+    const JsonNode root = JsonNode::parse(json);
+    const std::vector<JsonNode> elevations =
+        root.isList() ? root.asList() : root.asObject().list(kElevationGlassListParameter);
+    ElevationGlassReportDataList list;
+    for (const JsonNode& elevation : elevations)
+        list.push_back(readElevationGlass(elevation.asObject(), blockFigures));
+    return list;
+}
+
+std::string toJson(const ElevationGlassReportDataList& list) {
+    QJsonArray elevations;
+    for (const ElevationGlassReportData& data : list)
+        elevations.append(elevationGlassJson(data));
+    return text(QJsonObject{{kElevationGlassListParameter, elevations}});
 }
 
 } // namespace qr::host

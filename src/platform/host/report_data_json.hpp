@@ -84,10 +84,31 @@ ElevationPartsCallData elevationPartsCallFromJson(const std::string& json);
 std::string elevationPartsCallToJson(const User& user, const ElevationData& elevation,
                                      const PartsReportListItems& items);
 
-/// The list of PrintMultipleElevationPartsReports, the JSON array itself: per elevation
+/// The list of PrintMultipleElevationPartsReports, the JSON array itself (or keyed by its
+/// parameter name, {"oElevationPartsReportDataList": [...]}, as the glass list is): per elevation
 /// User.Phone, Company.Name, Company.Phone, Company.Fax, Vendor.Name, Elevation (as
 /// oElevation above) and Items (as oPartsReportListItems above).
 ElevationPartsReportDataList elevationPartsReportDataListFromJson(const std::string& json);
 std::string toJson(const ElevationPartsReportDataList& list);
+
+/// One elevation of the elevation glass reports: User.Phone, Company.Name, Company.Phone,
+/// Company.Fax, Elevation.Name, Elevation.Title, Elevation.Repetitions (a whole number),
+/// Elevation.Job.JobName and GlassItems, each with Quantity (a whole number), Description,
+/// Thickness, GlassType, PricePerSqFt (money, as a number), Width, LeftHeight, RightHeight
+/// and Area (numbers). `blockFigures` (the block-size report, ElevGlassAR2) also requires
+/// each item's TypeLabel, BlockWidth and BlockHeight (whole numbers), BlockArea and
+/// BlockPrice (money); without it they are optional. User.Name, User.Email, Company.Email and
+/// Elevation.Job.JobID may be given.
+ElevationGlassReportData elevationGlassReportDataFromJson(const std::string& json,
+                                                          bool blockFigures);
+std::string toJson(const ElevationGlassReportData& data);
+
+/// The elevations of the multi-elevation glass report, in print order, each read as above:
+/// {"oElevationGlassReportDataList": [{...}, ...]}, the list keyed by its parameter name
+/// (a bare JSON list is taken as well). ReportFormat is not part of the data: it is the
+/// method's own argument.
+ElevationGlassReportDataList elevationGlassReportDataListFromJson(const std::string& json,
+                                                                  bool blockFigures);
+std::string toJson(const ElevationGlassReportDataList& list);
 
 } // namespace qr::host

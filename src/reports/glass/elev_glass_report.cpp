@@ -214,7 +214,7 @@ void addTotals(std::vector<ControlDesign>& controls, const std::vector<Total>& t
 SectionDesign typeTotals() {
     constexpr const char* kGroup = "GlassTypeGroupHeader";
     std::vector<ControlDesign> controls{
-        engine::label("Label59", {700, 240, 2400, kLine}, "- Type Totals -").size(kSize).bold(),
+        engine::label("Label59", {1200, 30, 2400, kLine}, "- Type Totals -").size(kSize).bold(),
     };
     addTotals(controls,
               {{"Label61", "Qty:", "GlassTypeQuantitySumField", "Quantity", "", "QuantityField",
@@ -235,7 +235,7 @@ SectionDesign typeTotals() {
 SectionDesign elevationTotals() {
     std::vector<ControlDesign> controls{
         engine::line("Line2", 0, 20, kWideWidth, 20).weight(20),
-        engine::label("Label60", {700, 240, 3400, kLine}, "- Totals for this Elevation -")
+        engine::label("Label60", {1200, 30, 3400, kLine}, "- Totals for this Elevation -")
             .size(kSize)
             .bold(),
     };

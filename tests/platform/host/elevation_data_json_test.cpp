@@ -47,6 +47,10 @@ TEST(ElevationDataJson, WhatIsWrittenReadsBackTheSame) {
     ASSERT_EQ(back.size(), 2u);
     expectSame(back[0], list[0]);
     expectSame(back[1], list[1]);
+    const auto keyed = elevationPartsReportDataListFromJson(
+        R"({"oElevationPartsReportDataList": )" + toJson(list) + "}");
+    ASSERT_EQ(keyed.size(), 2u);
+    expectSame(keyed[1], list[1]);
 
     const auto& one = list[0];
     const ElevationPartsCallData call = elevationPartsCallFromJson(
@@ -71,7 +75,7 @@ TEST(ElevationDataJson, NamesTheKeyPathOfWhatIsMissingOrOfTheWrongKind) {
         std::string error;
     };
     const Case cases[] = {
-        {R"({"Elevation": {}})", "the document must be a JSON list"},
+        {R"({"Elevation": {}})", "missing key oElevationPartsReportDataList"},
         {"[3]", "[0] must be an object"},
         {replaced("\"RepeatCount\": 2", "\"RepeatCount\": \"2\""),
          "[0].Elevation.RepeatCount must be a whole number"},
