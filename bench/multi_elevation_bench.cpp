@@ -39,12 +39,12 @@ double processSeconds() {
 host::ElevationGlassReportData elevation(long index) {
     static const char* const kMakeUps[] = {"1\" Insulated Low-E Clear", "1/4\" Clear Tempered",
                                            "1\" Insulated Spandrel", "1/4\" Laminated Clear"};
-    static const char* const kTypes[] = {"Annealed", "Tempered", "Heat Strengthened",
-                                         "Laminated"};
+    static const char* const kTypes[] = {"Annealed", "Tempered", "Heat Strengthened", "Laminated"};
     host::ElevationGlassReportData data;
     data.User = {1, "Dana Whitfield", "(360) 555-0148", "dana@cascadeglazing.example"};
     data.Company = {"Cascade Glass & Glazing, Inc.", "(360) 555-0100", "(360) 555-0101", ""};
-    data.Elevation = {"E" + std::to_string(index + 1), "Storefront bay " + std::to_string(index + 1),
+    data.Elevation = {"E" + std::to_string(index + 1),
+                      "Storefront bay " + std::to_string(index + 1),
                       static_cast<std::int32_t>(1 + index % 3),
                       {1, "Riverside Medical Office Building"}};
     for (int i = 0; i < kLinesPerElevation; ++i) {

@@ -31,8 +31,12 @@ host::ElevationPartsReportData elevationParts(const std::string& name,
     data.User = heading.User;
     data.Company = heading.Company;
     data.Vendor = heading.Vendor;
-    data.Elevation = {name, description, repeatCount, "Dark Bronze Anodized",
-                      {"Series 450T thermal storefront"}, {2, kPartsJob}};
+    data.Elevation = {name,
+                      description,
+                      repeatCount,
+                      "Dark Bronze Anodized",
+                      {"Series 450T thermal storefront"},
+                      {2, kPartsJob}};
     data.Items = parts(lines);
     return data;
 }
@@ -46,14 +50,21 @@ TEST_F(PartsReportTest, ElevationHeadingRepeatNoteAndPhoneFollowTheData) {
         Texts heading, repeated, phone;
     };
     const Case cases[] = {
-        {"E1", "North Entrance", 1, "(360) 555-0148", {"E1 - North Entrance"}, {}, {"(360) 555-0148"}},
+        {"E1",
+         "North Entrance",
+         1,
+         "(360) 555-0148",
+         {"E1 - North Entrance"},
+         {},
+         {"(360) 555-0148"}},
         {"E2", "E2", 2, "", {"E2"}, {"Elevation was repeated 2 times."}, {"(360) 555-0100"}},
         {"E3", "e3", 0, "", {"E3 - e3"}, {}, {"(360) 555-0100"}},
         {"E4", "", 12, " ", {"E4 - "}, {"Elevation was repeated 12 times."}, {" "}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        host::ElevationPartsReportData data = elevationParts(c.name, c.description, c.repeatCount, 3);
+        host::ElevationPartsReportData data =
+            elevationParts(c.name, c.description, c.repeatCount, 3);
         data.User.phone = c.userPhone;
         reports::ElevPartsAR report;
         report.ReportData = &data;
@@ -104,8 +115,9 @@ TEST_F(PartsReportTest, TheSameObjectPrintsEveryLineOfEachElevationItRuns) {
 TEST_F(PartsReportTest, WithoutReportDataTheStartHandlerReportsItAndTheRunFails) {
     reports::ElevPartsAR report;
     EXPECT_THROW(report.run(), Error);
-    EXPECT_EQ(shown(), Texts{"Quarvex Error: Description: Object variable or With block variable "
-                             "not set\r\nModule: ElevPartsAR\r\nFunction: ActiveReport_ReportStart"});
+    EXPECT_EQ(shown(),
+              Texts{"Quarvex Error: Description: Object variable or With block variable "
+                    "not set\r\nModule: ElevPartsAR\r\nFunction: ActiveReport_ReportStart"});
 }
 
 // ---- PrintElevationPartsReport ---------------------------------------------------------------
@@ -169,16 +181,16 @@ TEST_F(ElevationPartsServiceTest, AFailureShowsTheErrorEncounteredBoxAndTheMetho
         m_host.messages->shown.clear();
         service::PrintService service;
         service.setMasterConnection(m_master);
-        service.setVendorConnection(c.vendorTable
-                                        ? m_vendor
-                                        : std::make_shared<db::Connection>("sqlite::memory:"));
+        service.setVendorConnection(
+            c.vendorTable ? m_vendor : std::make_shared<db::Connection>("sqlite::memory:"));
         if (c.printer)
             ::setenv("QUARVEX_PRINTER", c.printer, 1);
         host::User user;
         host::ElevationData elevation;
         host::PartsReportListItems items = parts(1);
         std::string vendorPath = "/data/vendor";
-        EXPECT_NO_THROW(service.PrintElevationPartsReport(user, elevation, items, vendorPath, false));
+        EXPECT_NO_THROW(
+            service.PrintElevationPartsReport(user, elevation, items, vendorPath, false));
         ASSERT_EQ(m_host.messages->shown.size(), 1u);
         const auto& message = m_host.messages->shown[0];
         EXPECT_EQ(message.title, "Error Encountered");

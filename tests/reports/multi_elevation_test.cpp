@@ -20,8 +20,8 @@ host::ElevationPartsReportData partsElevation(const std::string& name, int lines
     data.User = heading.User;
     data.Company = heading.Company;
     data.Vendor = heading.Vendor;
-    data.Elevation = {name, "Elevation " + name, 1, "Dark Bronze Anodized", {"Storefront"},
-                      {2, kPartsJob}};
+    data.Elevation = {name,           "Elevation " + name, 1, "Dark Bronze Anodized",
+                      {"Storefront"}, {2, kPartsJob}};
     for (int i = 1; i <= lines; ++i)
         data.Items.push_back({1, name + "-" + std::to_string(i), "Jamb", "Frame", "120", "", 0});
     return data;
@@ -123,9 +123,13 @@ TEST_F(MultiElevationTest, PageNumbersCountTheWholeRunAcrossTheSubReports) {
         EXPECT_EQ(printed(pages, "Field2").size(), lines);
         if (!c.lines.empty()) {
             EXPECT_EQ(printed(pages, "Field2").front(), "E1-1");
-            EXPECT_EQ(printed(pages, "Field2").back(),
-                      list.back().Items.empty() ? std::string() : list.back().Items.back().PartNumber);
+            EXPECT_EQ(printed(pages, "Field2").back(), list.back().Items.empty()
+                                                           ? std::string()
+                                                           : list.back().Items.back().PartNumber);
         }
+        for (const page::CutText& cut : pages.cutTexts)
+            ADD_FAILURE() << cut.control << " \"" << cut.text << "\" printed as \"" << cut.printed
+                          << "\"";
         EXPECT_EQ(report.subReport("ElevationPartsReport").report(), nullptr)
             << "released at the end of the run";
     }
@@ -150,8 +154,8 @@ TEST_F(MultiElevationTest, OnlyBasicExactlyChoosesThePortraitGlassReport) {
         const char* format;
         bool portrait;
     };
-    const Case cases[] = {{"basic", true},     {"Basic", false}, {"", false},
-                          {"BASIC", false},    {"basic ", false}, {"block", false}};
+    const Case cases[] = {{"basic", true},  {"Basic", false},  {"", false},
+                          {"BASIC", false}, {"basic ", false}, {"block", false}};
     host::ElevationGlassReportDataList list = {glassElevation("G1", 2), glassElevation("G2", 3),
                                                glassElevation("G3", 1)};
     for (const Case& c : cases) {
@@ -173,6 +177,9 @@ TEST_F(MultiElevationTest, OnlyBasicExactlyChoosesThePortraitGlassReport) {
         EXPECT_EQ(printed(pages, "ElevationNameLabel"),
                   (Texts{"G1 - Elevation G1", "G2 - Elevation G2", "G3 - Elevation G3"}));
         EXPECT_EQ(footerTexts(pages, "PageNumberField"), pageFooters(pages.pages.size()));
+        for (const page::CutText& cut : pages.cutTexts)
+            ADD_FAILURE() << cut.control << " \"" << cut.text << "\" printed as \"" << cut.printed
+                          << "\"";
     }
     EXPECT_TRUE(shown().empty());
 }
@@ -180,8 +187,8 @@ TEST_F(MultiElevationTest, OnlyBasicExactlyChoosesThePortraitGlassReport) {
 TEST_F(MultiElevationTest, AContainerWithoutItsListFailsItsRun) {
     reports::ElevPartsMultipleReport parts;
     reports::ElevGlassMultipleReport glass;
-    for (engine::Report* report : {static_cast<engine::Report*>(&parts),
-                                   static_cast<engine::Report*>(&glass)}) {
+    for (engine::Report* report :
+         {static_cast<engine::Report*>(&parts), static_cast<engine::Report*>(&glass)}) {
         try {
             report->run();
             ADD_FAILURE() << report->className() << " ran without a list";
@@ -226,7 +233,8 @@ TEST_F(MultiElevationServiceTest, BothMethodsPrintEveryElevationInOrderAndNumber
          }},
     };
     const std::map<std::string, Texts> elevations = {
-        {"PrintMultipleElevationPartsReports", {"N1 - Elevation N1", "N2 - Elevation N2", "N3 - Elevation N3"}},
+        {"PrintMultipleElevationPartsReports",
+         {"N1 - Elevation N1", "N2 - Elevation N2", "N3 - Elevation N3"}},
         {"PrintMultipleElevationGlassReports", {"G1 - Elevation G1", "G2 - Elevation G2"}},
     };
     for (const auto& [method, call] : calls) {
@@ -247,8 +255,7 @@ TEST_F(MultiElevationServiceTest, BothMethodsPrintEveryElevationInOrderAndNumber
         const std::size_t pages = std::stoul(first[1]);
         EXPECT_GE(pages, 3u);
         for (std::size_t k = 1; k <= pages; ++k) {
-            const std::string footer =
-                "Page " + std::to_string(k) + " of " + std::to_string(pages);
+            const std::string footer = "Page " + std::to_string(k) + " of " + std::to_string(pages);
             EXPECT_NE(text.find(footer), std::string::npos) << footer;
         }
         EXPECT_EQ(text.find("Page " + std::to_string(pages + 1) + " of"), std::string::npos);

@@ -69,8 +69,8 @@ engine::SectionDesign elevationHeader(CaptionMaker& captions, const std::vector<
     parts::addColumnCaptions(controls, line, captionTop, captions);
     // "System:" comes after the column captions in the design's numbering.
     captioned(controls, captions, 0, 340, kWidth / 2, "System:", "lSystem");
-    return engine::groupHeader("GroupHeader1", "", captionTop + parts::kCaptionRows *
-                                                                 parts::kCaptionRowHeight + 60,
+    return engine::groupHeader("GroupHeader1", "",
+                               captionTop + parts::kCaptionRows * parts::kCaptionRowHeight + 60,
                                std::move(controls));
 }
 

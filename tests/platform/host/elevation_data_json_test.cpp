@@ -53,8 +53,8 @@ TEST(ElevationDataJson, WhatIsWrittenReadsBackTheSame) {
     expectSame(keyed[1], list[1]);
 
     const auto& one = list[0];
-    const ElevationPartsCallData call = elevationPartsCallFromJson(
-        elevationPartsCallToJson(one.User, one.Elevation, one.Items));
+    const ElevationPartsCallData call =
+        elevationPartsCallFromJson(elevationPartsCallToJson(one.User, one.Elevation, one.Items));
     EXPECT_EQ(call.oUser.phone, one.User.phone);
     EXPECT_EQ(call.oElevation.Description, one.Elevation.Description);
     EXPECT_EQ(call.oElevation.Finish, one.Elevation.Finish);
