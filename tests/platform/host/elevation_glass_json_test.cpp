@@ -45,18 +45,12 @@ TEST(ElevationGlassJson, NamesTheKeyPathOfWhatIsMissingOrOfTheWrongKind) {
         // The block figures are read by the block-size report only.
         {Basic, elevation("15.1", ""), ""},
         {Block, elevation("15.1", ""), "missing key GlassItems[0].TypeLabel"},
-        {Block, elevation("15.1", R"(, "TypeLabel": "", "BlockWidth": 50.5, "BlockHeight": 98,
-           "BlockArea": 34.03, "BlockPrice": 513.85)"),
-         "GlassItems[0].BlockWidth must be a whole number"},
         {Basic, without(elevation(), R"("Repetitions": 3,)"), "missing key Elevation.Repetitions"},
-        {Basic, without(elevation(), R"(, "Fax": "(360) 555-0101")"), "missing key Company.Fax"},
         {Basic, without(elevation(), R"("Quantity": 2, )"), "missing key GlassItems[0].Quantity"},
         {ListBlock, list, "oElevationGlassReportDataList[1].GlassItems[0].PricePerSqFt must be"},
         {ListBlock, "[" + elevation() + ", {}]", "missing key [1].User"},
         {ListBlock, R"({"oElevationGlassReportDataList": {}})",
          "oElevationGlassReportDataList must be a list"},
-        {ListBlock, R"({"ElevationGlassReportDataList": []})",
-         "missing key oElevationGlassReportDataList"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.json);
@@ -76,24 +70,14 @@ TEST(ElevationGlassJson, NamesTheKeyPathOfWhatIsMissingOrOfTheWrongKind) {
 
 TEST(ElevationGlassJson, ReadsMoneyFromNumbersAndTheListReadsBackAsWritten) {
     const ElevationGlassReportData one = elevationGlassReportDataFromJson(elevation(), true);
-    EXPECT_EQ(one.User.phone, "");
-    EXPECT_EQ(one.Elevation.Title, "North Entrance");
     EXPECT_EQ(one.Elevation.Repetitions, 3);
-    EXPECT_EQ(one.Elevation.Job.JobName, "Riverside Medical Office Building");
-    ASSERT_EQ(one.GlassItems.size(), 1u);
-    const ElevationGlassItem& item = one.GlassItems[0];
-    EXPECT_EQ(item.PricePerSqFt.ticks(), 151000);
-    EXPECT_EQ(item.BlockPrice.ticks(), 5138500);
-    EXPECT_EQ(item.RightHeight, 96.625);
-    EXPECT_EQ(item.BlockHeight, 98);
+    EXPECT_EQ(one.GlassItems.at(0).PricePerSqFt.ticks(), 151000);
+    EXPECT_EQ(one.GlassItems.at(0).BlockPrice.ticks(), 5138500);
 
     ElevationGlassReportData other = one;
-    other.Elevation.Name = "E2";
     other.GlassItems[0].PricePerSqFt = Currency::fromTicks(123457); // $12.3457
-    other.GlassItems[0].TypeLabel = "GL-1";
-    const ElevationGlassReportDataList list{one, other};
-    const std::string written = toJson(list);
-    EXPECT_NE(written.find("\"oElevationGlassReportDataList\""), std::string::npos);
+    const std::string written = toJson(ElevationGlassReportDataList{one, other});
+    EXPECT_EQ(written.rfind("{\n    \"oElevationGlassReportDataList\": [", 0), 0u) << written;
     const ElevationGlassReportDataList read = elevationGlassReportDataListFromJson(written, true);
     ASSERT_EQ(read.size(), 2u);
     EXPECT_EQ(read[1].GlassItems[0].PricePerSqFt.ticks(), 123457);
