@@ -209,7 +209,8 @@ void summaryLine(const char* self, long lines) {
 
 } // namespace
 
-void printGlassLabelsRate(); // glass_labels_bench.cpp
+void printGlassLabelsRate();     // glass_labels_bench.cpp
+void printMultiElevationRates(); // multi_elevation_bench.cpp
 
 int main(int argc, char** argv) {
     if (argc == 2 && std::string(argv[1]).rfind("--qr-child=", 0) == 0)
@@ -221,5 +222,6 @@ int main(int argc, char** argv) {
     std::fflush(stdout);
     for (long lines : {1000L, 10000L, 100000L}) summaryLine("/proc/self/exe", lines);
     printGlassLabelsRate();
+    printMultiElevationRates();
     return 0;
 }

@@ -4,7 +4,7 @@
 #   OUT/Jobs/<job>/Reports/...          the PDF and workbook exports of each report
 #   OUT/printed/*.pdf                   each report printed without a dialog (to a file)
 #   OUT/preview/*.pdf                   the headless previews
-#   OUT/data/parts/*.json               the report data of the typed parts methods, per job
+#   OUT/data/parts/*.json               the report data of the typed parts and elevation methods
 set -euo pipefail
 program=$1
 out=$2
@@ -61,12 +61,21 @@ for method in PrintFinalGlassPortraitReport PrintFinalGlassLandscapeReport \
     --preview
 done
 
-echo "== parts and metal reports (typed methods, data files from make-sample)"
+echo "== parts, metal and elevation reports (typed methods, data files from make-sample)"
+# The connections give PrintElevationPartsReport the firm's and the vendor's records.
 for data in "$out"/data/parts/*.json; do
   name=$(basename "$data" .json)
+  [ "${name%-job*}" = PrintMultipleElevationGlassReports ] && continue # below, per format
   run "${name%-job*} (${name##*-})" \
     env QUARVEX_PRINTER="file:$out/printed/$name.pdf" \
-    "$program" call "${name%-job*}" --data "$data" --vendor-path "$out" --no-preview --excel --pdf
+    "$program" call "${name%-job*}" --data "$data" --vendor-path "$out" --no-preview --excel --pdf \
+    --vendor "sqlite:$out/vendor.db" --master "sqlite:$out/master.db"
+done
+for format in basic block; do
+  run "PrintMultipleElevationGlassReports (job1, format $format)" \
+    env QUARVEX_PRINTER="file:$out/printed/PrintMultipleElevationGlassReports-$format.pdf" \
+    "$program" call PrintMultipleElevationGlassReports --report-format "$format" --no-preview \
+    --data "$out/data/parts/PrintMultipleElevationGlassReports-job1.json"
 done
 
 echo "== cost reports (request strings)"

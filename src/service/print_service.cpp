@@ -4,7 +4,9 @@
 #include "platform/host/error_log.hpp"
 #include "platform/host/module_state.hpp"
 #include "reports/glass/final_glass_report.hpp"
+#include "reports/multi/elevation_multiple_report.hpp"
 #include "reports/parts/cut_list.hpp"
+#include "reports/parts/elev_parts_report.hpp"
 #include "reports/parts/final_parts_report.hpp"
 #include "reports/parts/job_parts_report.hpp"
 #include "reports/parts/lineal_report.hpp"
@@ -115,14 +117,24 @@ void PrintService::PrintReport(std::string& args) {
     DispatchRequest(args);
 }
 
-void PrintService::PrintMultipleElevationPartsReports(host::ElevationPartsReportDataList&,
-                                                      bool& bPreview) {
-    runUnavailable("PrintMultipleElevationPartsReports", bPreview);
+void PrintService::PrintMultipleElevationPartsReports(
+    host::ElevationPartsReportDataList& oElevationPartsReportDataList, bool& bPreview) {
+    runTypedMethod<reports::ElevPartsMultipleReport>(
+        "PrintMultipleElevationPartsReports", reportClassOf("PrintMultipleElevationPartsReports"),
+        bPreview, [&](reports::ElevPartsMultipleReport& report) {
+            report.ElevationPartsReportDataList = &oElevationPartsReportDataList;
+        });
 }
 
-void PrintService::PrintMultipleElevationGlassReports(host::ElevationGlassReportDataList&,
-                                                      std::string&, bool& bPreview) {
-    runUnavailable("PrintMultipleElevationGlassReports", bPreview);
+void PrintService::PrintMultipleElevationGlassReports(
+    host::ElevationGlassReportDataList& oElevationGlassReportDataList, std::string& ReportFormat,
+    bool& bPreview) {
+    runTypedMethod<reports::ElevGlassMultipleReport>(
+        "PrintMultipleElevationGlassReports", reportClassOf("PrintMultipleElevationGlassReports"),
+        bPreview, [&](reports::ElevGlassMultipleReport& report) {
+            report.ElevationGlassReportDataList = &oElevationGlassReportDataList;
+            report.ReportFormat = ReportFormat;
+        });
 }
 
 void PrintService::PrintElevationPartsReport(host::User& oUser, host::ElevationData& oElevation,
@@ -144,10 +156,9 @@ void PrintService::PrintElevationPartsReport(host::User& oUser, host::ElevationD
         data.Vendor = vendor;
         data.Items = oPartsReportListItems;
 
-        const char* reportClass = reportClassOf("PrintElevationPartsReport");
-        engine::Report& report = reportObject(reportClass);
-        runSequence(report, bPreview);
-        releaseReportObject(reportClass);
+        runTypedMethod<reports::ElevPartsAR>(
+            "PrintElevationPartsReport", reportClassOf("PrintElevationPartsReport"), bPreview,
+            [&](reports::ElevPartsAR& report) { report.ReportData = &data; });
     });
 }
 

@@ -1,5 +1,6 @@
 #include "service/report_registry.hpp"
 
+#include "data/sample/elevation_report_data.hpp"
 #include "data/sample/parts_examples.hpp"
 #include "reports/cost/ar_markup.hpp"
 #include "reports/cost/ar_markup2.hpp"
@@ -10,7 +11,9 @@
 #include "reports/glass/glass_cut_reports.hpp"
 #include "reports/glass/glass_to_order.hpp"
 #include "reports/glass/job_glass_report.hpp"
+#include "reports/multi/elevation_multiple_report.hpp"
 #include "reports/parts/cut_list.hpp"
+#include "reports/parts/elev_parts_report.hpp"
 #include "reports/parts/final_parts_report.hpp"
 #include "reports/parts/job_parts_report.hpp"
 #include "reports/parts/lineal_report.hpp"
@@ -131,13 +134,10 @@ std::vector<ReportRegistration> buildRegistry() {
         {"arAvery5267CMetalLabels", make<reports::arAvery5267CMetalLabels>(), nullptr, false,
          TypedMethod{"PrintCutLabelsSmallC", kDataAndPreview, true, calls::cutLabelsSmallC,
                      examples::cutLabelsExampleJson}},
-        {"ElevPartsAR",
-         {},
-         "elevpartsar",
-         false,
+        {"ElevPartsAR", make<reports::ElevPartsAR>(), "elevpartsar", false,
          TypedMethod{"PrintElevationPartsReport",
-                     "oUser, oElevation, oPartsReportListItems, sVendorPath, bPreview = True",
-                     false, calls::elevationParts}},
+                     "oUser, oElevation, oPartsReportListItems, sVendorPath, bPreview = True", true,
+                     calls::elevationParts, examples::elevationPartsExampleJson}},
 
         // Cost
         {"ARMarkup", make<reports::ARMarkup>(), "armarkup", false, std::nullopt,
@@ -153,20 +153,14 @@ std::vector<ReportRegistration> buildRegistry() {
         {"JobLaborSub", make<reports::JobLaborSub>()},
 
         // Multi-elevation
-        {"ElevPartsMultipleReport",
-         {},
-         nullptr,
-         false,
+        {"ElevPartsMultipleReport", make<reports::ElevPartsMultipleReport>(), nullptr, false,
          TypedMethod{"PrintMultipleElevationPartsReports",
-                     "oElevationPartsReportDataList, bPreview", false,
-                     calls::multipleElevationParts}},
-        {"ElevGlassMultipleReport",
-         {},
-         nullptr,
-         false,
+                     "oElevationPartsReportDataList, bPreview", true, calls::multipleElevationParts,
+                     examples::multipleElevationPartsExampleJson}},
+        {"ElevGlassMultipleReport", make<reports::ElevGlassMultipleReport>(), nullptr, false,
          TypedMethod{"PrintMultipleElevationGlassReports",
-                     "oElevationGlassReportDataList, ReportFormat, bPreview", false,
-                     calls::multipleElevationGlass}},
+                     "oElevationGlassReportDataList, ReportFormat, bPreview", true,
+                     calls::multipleElevationGlass, examples::multipleElevationGlassExampleJson}},
     };
 }
 

@@ -1,6 +1,7 @@
 #include "service/typed_calls.hpp"
 
 #include "platform/host/report_data_json.hpp"
+#include "reports/multi/elevation_multiple_report.hpp"
 #include "service/print_service.hpp"
 #include "service/run_sequence.hpp"
 
@@ -147,25 +148,30 @@ void metalCutListing(S& s, const A& a) {
 
 void elevationParts(S& s, const A& a) {
     trapTypedMethod("PrintElevationPartsReport", [&] {
-        auto heading = headingData<host::ReportHeading>(a);
-        host::ElevationData elevation;
-        host::PartsReportListItems items;
+        auto call = host::elevationPartsCallFromJson(a.dataJson);
         std::string vendorPath = a.vendorPath;
-        s.PrintElevationPartsReport(heading.User, elevation, items, vendorPath, previewOr(a, true));
+        s.PrintElevationPartsReport(call.oUser, call.oElevation, call.oPartsReportListItems,
+                                    vendorPath, previewOr(a, true));
     });
 }
 
 void multipleElevationParts(S& s, const A& a) {
-    host::ElevationPartsReportDataList list;
-    bool preview = previewOr(a, true);
-    s.PrintMultipleElevationPartsReports(list, preview);
+    trapTypedMethod("PrintMultipleElevationPartsReports", [&] {
+        auto list = host::elevationPartsReportDataListFromJson(a.dataJson);
+        bool preview = previewOr(a, true);
+        s.PrintMultipleElevationPartsReports(list, preview);
+    });
 }
 
 void multipleElevationGlass(S& s, const A& a) {
-    host::ElevationGlassReportDataList list;
-    std::string format = a.reportFormat;
-    bool preview = previewOr(a, true);
-    s.PrintMultipleElevationGlassReports(list, format, preview);
+    trapTypedMethod("PrintMultipleElevationGlassReports", [&] {
+        // The landscape report, for every format but "basic", reads the block figures too.
+        std::string format = a.reportFormat;
+        auto list = host::elevationGlassReportDataListFromJson(
+            a.dataJson, format != reports::ElevGlassMultipleReport::kBasicFormat);
+        bool preview = previewOr(a, true);
+        s.PrintMultipleElevationGlassReports(list, format, preview);
+    });
 }
 
 } // namespace qr::service::typed_calls

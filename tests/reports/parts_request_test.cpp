@@ -25,7 +25,8 @@ TEST_P(PartsRequestTest, ARequestWithoutReportDataFailsThroughTheErrorPathAndWri
         {"jobpartsar", "JobPartsAR"},
         {"jobelevar", "JobElevAR"},
         {"ar2cutlist", "AR2CutList"},
-        {"ar2metalcutlistings", "AR2MetalCutListings"}};
+        {"ar2metalcutlistings", "AR2MetalCutListings"},
+        {"elevpartsar", "ElevPartsAR"}};
     for (const auto& [name, className] : requests) {
         SCOPED_TRACE(name);
         m_host->messages->shown.clear();

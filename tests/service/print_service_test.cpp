@@ -90,6 +90,8 @@ TEST(TypedMethods, AFailureShowsOneDialogNamingTheMethodAndReturns) {
 TEST(TypedMethods, ElevationPartsReportShowsTheErrorEncounteredBoxInstead) {
     test::RecordingHost recording;
     PrintService service;
+    // A vendor database without its Vendor table: the vendor record cannot be read.
+    service.setVendorConnection(memoryDatabase());
     host::User user;
     host::ElevationData elevation;
     host::PartsReportListItems items;

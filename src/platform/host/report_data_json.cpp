@@ -153,6 +153,51 @@ StockPiece readStockPiece(const JsonNode& item, CutReportReads reads) {
     return piece;
 }
 
+/// The elevation as the elevation parts report reads it.
+ElevationData readElevation(const JsonNode& node) {
+    ElevationData elevation;
+    elevation.Name = node.text("Name");
+    elevation.Description = node.text("Description");
+    elevation.RepeatCount = node.wholeNumber("RepeatCount");
+    elevation.Finish = node.text("Finish");
+    elevation.System.Name = node.object("System").text("Name");
+    elevation.Job.JobID = node.object("Job").wholeNumber("JobID", kOptional);
+    elevation.Job.JobName = node.object("Job").text("JobName");
+    return elevation;
+}
+
+/// The user of the elevation parts report: its phone is all the report shows.
+User readPhoneUser(const JsonNode& node) {
+    User user;
+    user.id = node.wholeNumber("UserID", kOptional);
+    user.name = node.text("Name", kOptional);
+    user.phone = node.text("Phone");
+    user.email = node.text("Email", kOptional);
+    return user;
+}
+
+PartsReportListItems readPartsList(const std::vector<JsonNode>& list) {
+    PartsReportListItems items;
+    items.reserve(list.size());
+    for (const JsonNode& item : list)
+        items.push_back(readPartsListItem(item.asObject(), false));
+    return items;
+}
+
+ElevationPartsReportData readElevationParts(const JsonNode& node) {
+    ElevationPartsReportData data;
+    data.User = readPhoneUser(node.object("User"));
+    data.Elevation = readElevation(node.object("Elevation"));
+    const JsonNode company = node.object("Company");
+    data.Company.name = company.text("Name");
+    data.Company.phone = company.text("Phone");
+    data.Company.fax = company.text("Fax");
+    data.Company.email = company.text("Email", kOptional);
+    data.Vendor.name = node.object("Vendor").text("Name");
+    data.Items = readPartsList(node.list("Items"));
+    return data;
+}
+
 /// Each item of the data's Items list through `read`.
 template <class Item, class Read> std::vector<Item> readItems(const JsonNode& data, Read read) {
     std::vector<Item> items;
@@ -241,6 +286,39 @@ template <class Data, class Write> QJsonObject partsDataJson(const Data& data, W
         items.append(write(item));
     object.insert("Items", items);
     return object;
+}
+
+QJsonObject userJson(const User& user) {
+    return {{"UserID", user.id},
+            {"Name", qs(user.name)},
+            {"Phone", qs(user.phone)},
+            {"Email", qs(user.email)}};
+}
+
+QJsonObject elevationJson(const ElevationData& elevation) {
+    return {
+        {"Name", qs(elevation.Name)},
+        {"Description", qs(elevation.Description)},
+        {"RepeatCount", elevation.RepeatCount},
+        {"Finish", qs(elevation.Finish)},
+        {"System", QJsonObject{{"Name", qs(elevation.System.Name)}}},
+        {"Job",
+         QJsonObject{{"JobID", elevation.Job.JobID}, {"JobName", qs(elevation.Job.JobName)}}},
+    };
+}
+
+QJsonArray partsListJson(const PartsReportListItems& items) {
+    QJsonArray list;
+    for (const PartsReportListItem& item : items) {
+        list.append(QJsonObject{
+            {"Quantity", item.Quantity},
+            {"PartNumber", qs(item.PartNumber)},
+            {"Description", qs(item.Description)},
+            {"PartType", qs(item.PartType)},
+            {"Length", qs(item.Length)},
+        });
+    }
+    return list;
 }
 
 std::string text(const QJsonObject& object) {
@@ -503,6 +581,46 @@ std::string toJson(const CutLabelsReportData& data) {
     object.insert("TopOffset", data.TopOffset);
     object.insert("LeftOffset", data.LeftOffset);
     return text(object);
+}
+
+ElevationPartsCallData elevationPartsCallFromJson(const std::string& json) {
+    const JsonNode root = JsonNode::parse(json).asObject();
+    return {readPhoneUser(root.object("oUser")), readElevation(root.object("oElevation")),
+            readPartsList(root.list("oPartsReportListItems"))};
+}
+
+std::string elevationPartsCallToJson(const User& user, const ElevationData& elevation,
+                                     const PartsReportListItems& items) {
+    return text(QJsonObject{{"oUser", userJson(user)},
+                            {"oElevation", elevationJson(elevation)},
+                            {"oPartsReportListItems", partsListJson(items)}});
+}
+
+ElevationPartsReportDataList elevationPartsReportDataListFromJson(const std::string& json) {
+    const JsonNode root = JsonNode::parse(json);
+    const std::vector<JsonNode> elevations =
+        root.isObject() ? root.list("oElevationPartsReportDataList") : root.asList();
+    ElevationPartsReportDataList list;
+    for (const JsonNode& item : elevations)
+        list.push_back(readElevationParts(item.asObject()));
+    return list;
+}
+
+std::string toJson(const ElevationPartsReportDataList& list) {
+    QJsonArray array;
+    for (const ElevationPartsReportData& data : list) {
+        array.append(QJsonObject{
+            {"User", userJson(data.User)},
+            {"Company", QJsonObject{{"Name", qs(data.Company.name)},
+                                    {"Phone", qs(data.Company.phone)},
+                                    {"Fax", qs(data.Company.fax)},
+                                    {"Email", qs(data.Company.email)}}},
+            {"Vendor", QJsonObject{{"Name", qs(data.Vendor.name)}}},
+            {"Elevation", elevationJson(data.Elevation)},
+            {"Items", partsListJson(data.Items)},
+        });
+    }
+    return QJsonDocument(array).toJson(QJsonDocument::Indented).toStdString();
 }
 
 ElevationGlassReportData elevationGlassReportDataFromJson(const std::string& json,

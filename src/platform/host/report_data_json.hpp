@@ -85,6 +85,29 @@ enum class CutReportReads {
 CutLabelsReportData cutLabelsReportDataFromJson(const std::string& json, CutReportReads reads);
 std::string toJson(const CutLabelsReportData& data);
 
+/// The host objects of PrintElevationPartsReport (the firm and the vendor come from the
+/// service's connections, not from the data).
+struct ElevationPartsCallData {
+    User oUser;
+    ElevationData oElevation;
+    PartsReportListItems oPartsReportListItems;
+};
+
+/// {"oUser": {...}, "oElevation": {...}, "oPartsReportListItems": [...]}. Required:
+/// oUser.Phone; oElevation's Name, Description, RepeatCount (a whole number), Finish,
+/// System.Name and Job.JobName; every item's Quantity (a whole number), PartNumber,
+/// Description, PartType and Length. oUser.Name and oUser.Email may be given.
+ElevationPartsCallData elevationPartsCallFromJson(const std::string& json);
+std::string elevationPartsCallToJson(const User& user, const ElevationData& elevation,
+                                     const PartsReportListItems& items);
+
+/// The list of PrintMultipleElevationPartsReports, the JSON array itself (or keyed by its
+/// parameter name, {"oElevationPartsReportDataList": [...]}, as the glass list is): per elevation
+/// User.Phone, Company.Name, Company.Phone, Company.Fax, Vendor.Name, Elevation (as
+/// oElevation above) and Items (as oPartsReportListItems above).
+ElevationPartsReportDataList elevationPartsReportDataListFromJson(const std::string& json);
+std::string toJson(const ElevationPartsReportDataList& list);
+
 /// One elevation of the elevation glass reports: User.Phone, Company.Name, Company.Phone,
 /// Company.Fax, Elevation.Name, Elevation.Title, Elevation.Repetitions (a whole number),
 /// Elevation.Job.JobName and GlassItems, each with Quantity (a whole number), Description,
