@@ -37,6 +37,25 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             [](const FinalPartsCallData& call) {
                 return finalPartsCallToJson(call.oReportData, call.oUserDefaults);
             });
-    qr::fuzz::refusalsAllowed([&] { (void)reportHeadingFromJson(json); });
+    for (auto reads : {CutReportReads::Listing, CutReportReads::CutPartType,
+                       CutReportReads::PiecePartType})
+        roundTrips(json, [&](const std::string& j) { return cutLabelsReportDataFromJson(j, reads); },
+                   writeAny);
+    for (bool blockFigures : {false, true}) {
+        roundTrips(
+            json,
+            [&](const std::string& j) { return elevationGlassReportDataFromJson(j, blockFigures); },
+            writeAny);
+        roundTrips(
+            json,
+            [&](const std::string& j) {
+                return elevationGlassReportDataListFromJson(j, blockFigures);
+            },
+            writeAny);
+    }
+    roundTrips(json, elevationPartsReportDataListFromJson, writeAny);
+    roundTrips(json, elevationPartsCallFromJson, [](const ElevationPartsCallData& call) {
+        return elevationPartsCallToJson(call.oUser, call.oElevation, call.oPartsReportListItems);
+    });
     return 0;
 }

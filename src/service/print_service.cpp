@@ -33,12 +33,6 @@ const char* reportClassOf(const char* method) {
     return entry ? entry->className : method;
 }
 
-// Typed methods whose report class is not built yet run through the same mechanism: creating
-// the class named in the registry fails, and the error dialog says so.
-void runUnavailable(const char* method, bool preview) {
-    runTypedMethod<engine::Report>(method, reportClassOf(method), preview, [](engine::Report&) {});
-}
-
 // The four final glass methods differ only in their report class.
 template <class R>
 void runFinalGlass(const char* method, host::FinalGlassReportData& data,

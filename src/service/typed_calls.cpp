@@ -19,14 +19,6 @@ bool previewOr(const A& a, bool fallback) {
 // Every call reads its report data inside the method's error handling: data that cannot be read
 // is the method's failure, shown as the method shows its failures.
 
-// The report-data types that carry only a heading so far.
-template <class Data> Data headingData(const A& a) {
-    Data data;
-    static_cast<host::ReportHeading&>(data) =
-        a.dataJson.empty() ? host::ReportHeading{} : host::reportHeadingFromJson(a.dataJson);
-    return data;
-}
-
 // The final glass methods share their parameters (the vendor path by value).
 template <void (S::*Method)(host::FinalGlassReportData&, std::string, bool, bool, bool)>
 void glass(const char* method, S& s, const A& a) {

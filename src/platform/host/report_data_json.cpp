@@ -419,13 +419,6 @@ FinalGlassReportData finalGlassReportDataFromJson(const std::string& json) {
     return data;
 }
 
-ReportHeading reportHeadingFromJson(const std::string& json) {
-    const JsonNode root = JsonNode::parse(json).asObject();
-    ReportHeading heading;
-    readHeading(root, heading, false);
-    return heading;
-}
-
 FinalPartsCallData finalPartsCallFromJson(const std::string& json, bool showsPrices) {
     const JsonNode root = JsonNode::parse(json).asObject();
     const JsonNode report = root.object("oReportData");

@@ -25,10 +25,6 @@ namespace qr::host {
 /// and Vendor.Name may be given.
 FinalGlassReportData finalGlassReportDataFromJson(const std::string& json);
 
-/// Parse the heading members (User, Company, Vendor, Job), all optional, of the report-data
-/// types that carry only a heading today.
-ReportHeading reportHeadingFromJson(const std::string& json);
-
 /// The two host objects of the three final parts methods.
 struct FinalPartsCallData {
     FinalPartsReportData oReportData;
