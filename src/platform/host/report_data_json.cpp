@@ -640,7 +640,7 @@ std::string toJson(const ElevationGlassReportDataList& list) {
     QJsonArray elevations;
     for (const ElevationGlassReportData& data : list)
         elevations.append(elevationGlassJson(data));
-    return text(QJsonObject{{kElevationGlassListParameter, elevations}});
+    return QJsonDocument(elevations).toJson(QJsonDocument::Indented).toStdString();
 }
 
 } // namespace qr::host

@@ -117,8 +117,8 @@ ElevationGlassReportData elevationGlassReportDataFromJson(const std::string& jso
 std::string toJson(const ElevationGlassReportData& data);
 
 /// The elevations of the multi-elevation glass report, in print order, each read as above:
-/// {"oElevationGlassReportDataList": [{...}, ...]}, the list keyed by its parameter name
-/// (a bare JSON list is taken as well). ReportFormat is not part of the data: it is the
+/// the JSON array itself, written so (an object keyed by the parameter name,
+/// {"oElevationGlassReportDataList": [...]}, is read as well). ReportFormat is not part of the data: it is the
 /// method's own argument.
 ElevationGlassReportDataList elevationGlassReportDataListFromJson(const std::string& json,
                                                                   bool blockFigures);
