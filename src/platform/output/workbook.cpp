@@ -612,6 +612,11 @@ void writeWorkbook(const CellGrid& grid, const std::filesystem::path& path,
     std::FILE* file = createTemporary(path, temporary);
     try {
         {
+            // libgsf and the GLib object system under it make no promise for threads writing
+            // containers at once, so one thread at a time writes its compound file; the
+            // stream's bytes are worked out before, in parallel.
+            static std::mutex gsfMutex;
+            std::lock_guard gsfLock(gsfMutex);
             Container container(path);
             container.open(temporary, file);
             stream.write([&](std::span<const std::uint8_t> bytes) { container.write(bytes); });
