@@ -52,8 +52,8 @@ std::string costBackendName(const ::testing::TestParamInfo<CostBackend>& info) {
 CostDatabase::CostDatabase(CostBackend backend, const std::filesystem::path& folder,
                            const std::string& name) {
     if (backend == CostBackend::SQLite) {
-        m_connection =
-            std::make_shared<db::Connection>("sqlite:" + (folder / name).string() + ".db");
+        m_connectionString = "sqlite:" + (folder / name).string() + ".db";
+        m_connection = std::make_shared<db::Connection>(m_connectionString);
         return;
     }
     const char* server = std::getenv("QR_TEST_PG");
@@ -65,7 +65,8 @@ CostDatabase::CostDatabase(CostBackend backend, const std::filesystem::path& fol
     m_server = server;
     m_database = uniqueDatabaseName(name);
     db::Connection(m_server).execute("CREATE DATABASE " + m_database);
-    m_connection = std::make_shared<db::Connection>(withDatabase(m_server, m_database));
+    m_connectionString = withDatabase(m_server, m_database);
+    m_connection = std::make_shared<db::Connection>(m_connectionString);
 }
 
 CostDatabase::~CostDatabase() {

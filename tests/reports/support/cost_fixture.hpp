@@ -40,11 +40,14 @@ class CostDatabase {
     /// Why the backend cannot be used in this run; empty when it can.
     const std::string& unavailable() const { return m_unavailable; }
     const host::ConnectionRef& connection() const { return m_connection; }
+    /// What opens another connection to the same database.
+    const std::string& connectionString() const { return m_connectionString; }
 
   private:
     std::string m_unavailable;
     std::string m_server;
     std::string m_database;
+    std::string m_connectionString;
     host::ConnectionRef m_connection;
 };
 
@@ -65,6 +68,11 @@ class CostReportTest : public ::testing::TestWithParam<CostBackend> {
     /// The vendor connection as the host hands it to a report (the final glass reports).
     const host::ConnectionRef& vendorConnection() const { return m_vendor->connection(); }
     db::Connection& master() { return *m_master->connection(); }
+    /// A second connection to the vendor database, for looking from outside the report's.
+    std::shared_ptr<db::Connection> otherVendorConnection() const {
+        return std::make_shared<db::Connection>(m_vendor->connectionString());
+    }
+    CostBackend backend() const { return GetParam(); }
 
     /// The fixture rows: tests/reports/fixtures/cost_vendor.sql and cost_master.sql.
     void loadFixture();
