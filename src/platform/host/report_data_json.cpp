@@ -263,15 +263,19 @@ QJsonValue numberOrText(const Variant& value) {
     return toDouble(value);
 }
 
+QJsonObject companyJson(const Company& company) {
+    return {{"Name", qs(company.name)},
+            {"Phone", qs(company.phone)},
+            {"Fax", qs(company.fax)},
+            {"Email", qs(company.email)}};
+}
+
 QJsonObject partsHeadingJson(const PartsReportHeading& heading) {
     return {
         {"User", QJsonObject{{"Name", qs(heading.User.name)},
                              {"Phone", qs(heading.User.phone)},
                              {"Email", qs(heading.User.email)}}},
-        {"Company", QJsonObject{{"Name", qs(heading.Company.name)},
-                                {"Phone", qs(heading.Company.phone)},
-                                {"Fax", qs(heading.Company.fax)},
-                                {"Email", qs(heading.Company.email)}}},
+        {"Company", companyJson(heading.Company)},
         {"Vendor", QJsonObject{{"Name", qs(heading.Vendor.name)}}},
         {"JobName", qs(heading.JobName)},
         {"FinishColor", qs(heading.FinishColor)},
@@ -330,10 +334,7 @@ QJsonObject reportHeadingJson(const ReportHeading& heading) {
         {"User", QJsonObject{{"Name", qs(heading.User.name)},
                              {"Phone", qs(heading.User.phone)},
                              {"Email", qs(heading.User.email)}}},
-        {"Company", QJsonObject{{"Name", qs(heading.Company.name)},
-                                {"Phone", qs(heading.Company.phone)},
-                                {"Fax", qs(heading.Company.fax)},
-                                {"Email", qs(heading.Company.email)}}},
+        {"Company", companyJson(heading.Company)},
         {"Vendor", QJsonObject{{"Name", qs(heading.Vendor.name)}}},
         {"Job", QJsonObject{{"JobID", heading.Job.JobID}, {"JobName", qs(heading.Job.JobName)}}},
     };
@@ -391,10 +392,7 @@ QJsonObject elevationGlassJson(const ElevationGlassReportData& data) {
         {"User", QJsonObject{{"Name", qs(data.User.name)},
                              {"Phone", qs(data.User.phone)},
                              {"Email", qs(data.User.email)}}},
-        {"Company", QJsonObject{{"Name", qs(data.Company.name)},
-                                {"Phone", qs(data.Company.phone)},
-                                {"Fax", qs(data.Company.fax)},
-                                {"Email", qs(data.Company.email)}}},
+        {"Company", companyJson(data.Company)},
         {"Elevation", QJsonObject{{"Name", qs(elevation.Name)},
                                   {"Title", qs(elevation.Title)},
                                   {"Repetitions", elevation.Repetitions},
@@ -604,10 +602,7 @@ std::string toJson(const ElevationPartsReportDataList& list) {
     for (const ElevationPartsReportData& data : list) {
         array.append(QJsonObject{
             {"User", userJson(data.User)},
-            {"Company", QJsonObject{{"Name", qs(data.Company.name)},
-                                    {"Phone", qs(data.Company.phone)},
-                                    {"Fax", qs(data.Company.fax)},
-                                    {"Email", qs(data.Company.email)}}},
+            {"Company", companyJson(data.Company)},
             {"Vendor", QJsonObject{{"Name", qs(data.Vendor.name)}}},
             {"Elevation", elevationJson(data.Elevation)},
             {"Items", partsListJson(data.Items)},
