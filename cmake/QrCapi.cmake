@@ -54,6 +54,7 @@ set(CPACK_PACKAGE_VENDOR QuarvexReports)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Job reports of the glazing estimator: C library and command")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "QuarvexReports developers")
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6core6, libqt6gui6, libqt6widgets6, libqt6printsupport6, \
