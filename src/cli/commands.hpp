@@ -20,6 +20,10 @@ int runCall(const Args& args);
 /// request --vendor CONN --master CONN [--vendor-path DIR] REQUEST: runs one request string.
 int runRequest(const Args& args);
 
+/// package --vendor CONN --master CONN --job ID --out FILE.pdf [--user ID] [REPORT ...]: prints
+/// several reports of a job into one PDF.
+int runPackage(const Args& args);
+
 /// label-calibration --sheet 5260|5267 [--top T --left L] [--pdf FILE] [--master CONN --user ID
 /// [--save]]: prints a calibration sheet of a label stock and stores the user's label offsets.
 int runLabelCalibration(const Args& args);

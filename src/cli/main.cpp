@@ -20,6 +20,7 @@ const Subcommand kSubcommands[] = {
      qr::cli::runMakeSample},
     {"call", "run a typed print method with report data from a JSON file", qr::cli::runCall},
     {"request", "run a request string through PrintReport", qr::cli::runRequest},
+    {"package", "print a job's bid package: several reports in one PDF", qr::cli::runPackage},
     {"label-calibration", "print a label sheet's calibration page, store the label offsets",
      qr::cli::runLabelCalibration},
 };

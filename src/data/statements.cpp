@@ -162,5 +162,15 @@ std::string finalGlassQuery(std::int32_t jobId) {
            " ORDER BY sDescription, pThickness, sGlassType, sTypeLabel";
 }
 
+std::string litesByPartType(std::string_view requestTable, db::Dialect dialect) {
+    return "SELECT sPartType, SUM(iElevQty) AS iLites, SUM(pSqrFt*iElevQty) AS pArea FROM " +
+           table(requestTable, dialect) + " GROUP BY sPartType";
+}
+
+std::string elevationCount(std::int32_t jobId) {
+    return "SELECT SUM(iQuantity) AS iElevations FROM Elevations WHERE JobID=" +
+           std::to_string(jobId);
+}
+
 } // namespace sql
 } // namespace qr::data

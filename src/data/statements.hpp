@@ -78,6 +78,12 @@ std::string glassLabels(std::string_view requestTable, db::Dialect dialect, bool
 /// "SELECT * FROM JobGlass WHERE JobID=" + id + " ORDER BY sDescription, pThickness,
 /// sGlassType, sTypeLabel" (the order the report groups by).
 std::string finalGlassQuery(std::int32_t jobId);
+/// The job size of a bid package, from the job's glass-to-order table (one row per lite of
+/// one occurrence of an elevation): "SELECT sPartType, SUM(iElevQty) AS iLites,
+/// SUM(pSqrFt*iElevQty) AS pArea FROM " + table + " GROUP BY sPartType".
+std::string litesByPartType(std::string_view requestTable, db::Dialect dialect);
+/// "SELECT SUM(iQuantity) AS iElevations FROM Elevations WHERE JobID=" + job id.
+std::string elevationCount(std::int32_t jobId);
 
 } // namespace sql
 } // namespace qr::data

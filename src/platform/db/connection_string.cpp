@@ -155,23 +155,39 @@ std::string maskOdbc(std::string_view text) {
 
 std::string maskConnectionString(std::string_view text) {
     if (std::size_t n = pgPrefixLength(text)) {
-        std::string_view rest = text.substr(n);
-        auto slash = rest.find('/');
-        std::string_view authority = rest.substr(0, slash);
-        auto at = authority.rfind('@');
-        std::string out(text);
-        if (at != std::string_view::npos) {
-            auto colon = authority.substr(0, at).find(':');
-            if (colon != std::string_view::npos)
-                out = std::string(text.substr(0, n + colon + 1)) + "***" +
-                      std::string(text.substr(n + at));
+        // The credentials end at the last '@' before the query; a password holding a '?' (the
+        // parser refuses it, and its message must not show it) ends at the last '@' of all,
+        // as long as no '/' stands before it.
+        const std::string_view body = text.substr(n);
+        const auto query = body.find('?');
+        auto at = body.substr(0, query).rfind('@');
+        if (at == std::string_view::npos) {
+            at = body.rfind('@');
+            if (at != std::string_view::npos && body.substr(0, at).find('/') != std::string_view::npos)
+                at = std::string_view::npos;
         }
-        // A password given as a query option is masked too.
-        auto pos = out.find("password=");
-        if (pos != std::string::npos && pos > 0 && (out[pos - 1] == '?' || out[pos - 1] == '&')) {
-            auto end = out.find('&', pos);
-            out = out.substr(0, pos + 9) + "***" +
-                  (end == std::string::npos ? std::string() : out.substr(end));
+        const auto colon =
+            at == std::string_view::npos ? std::string_view::npos : body.substr(0, at).find(':');
+        std::string out(text.substr(0, n));
+        std::string_view tail = body;
+        if (colon != std::string_view::npos) {
+            out += std::string(body.substr(0, colon + 1)) + "***";
+            tail = body.substr(at);
+        }
+        // Every password given as a query option is masked too.
+        const auto q = tail.find('?');
+        if (q == std::string_view::npos)
+            return out + std::string(tail);
+        out += std::string(tail.substr(0, q + 1));
+        for (std::string_view options = tail.substr(q + 1);;) {
+            const auto amp = options.find('&');
+            const std::string_view pair = options.substr(0, amp);
+            out += pair.substr(0, 9) == "password=" ? std::string("password=***")
+                                                    : std::string(pair);
+            if (amp == std::string_view::npos)
+                break;
+            out += '&';
+            options = options.substr(amp + 1);
         }
         return out;
     }

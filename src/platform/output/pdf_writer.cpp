@@ -66,6 +66,9 @@ class PdfExportFilter final : public page::ExportFilter {
 } // namespace
 
 PdfWriter::PdfWriter(const std::filesystem::path& target, const std::string& title)
+    : PdfWriter(target, PdfMetadata{title, {}, {}}) {}
+
+PdfWriter::PdfWriter(const std::filesystem::path& target, const PdfMetadata& metadata)
     : m_file(target, "PDF", kPdfSource) {
     keepHeapPadForPages();
     m_surface = cairo_pdf_surface_create_for_stream(&OutputFile::cairoWrite, &m_file,
@@ -73,9 +76,14 @@ PdfWriter::PdfWriter(const std::filesystem::path& target, const std::string& tit
                                                     page::kLetterHeight * kPointsPerTwip);
     m_cr = cairo_create(m_surface);
     check("starting the document");
-    if (!title.empty()) {
-        cairo_pdf_surface_set_metadata(m_surface, CAIRO_PDF_METADATA_TITLE,
-                                       repairUtf8(title).c_str());
+    const std::pair<cairo_pdf_metadata_t, const std::string*> information[] = {
+        {CAIRO_PDF_METADATA_TITLE, &metadata.title},
+        {CAIRO_PDF_METADATA_AUTHOR, &metadata.author},
+        {CAIRO_PDF_METADATA_SUBJECT, &metadata.subject},
+    };
+    for (const auto& [key, value] : information) {
+        if (!value->empty())
+            cairo_pdf_surface_set_metadata(m_surface, key, repairUtf8(*value).c_str());
     }
     cairo_pdf_surface_set_metadata(m_surface, CAIRO_PDF_METADATA_CREATOR, "QuarvexReports");
     // The document's dates come from the report clock, not the wall clock, so the same report
@@ -131,6 +139,19 @@ void PdfWriter::addPage(const page::Page& page, const std::vector<page::FontSpec
     check("drawing a page");
 }
 
+void PdfWriter::addBookmark(const std::string& title) {
+    if (m_finished) {
+        throw Error(errc::kComponent, kPdfSource,
+                    "A bookmark was added to \"" + m_file.target().string() +
+                        "\" after it was finished.");
+    }
+    // cairo resolves the destination when the document is finished, so the page may follow.
+    const std::string destination = "page=" + std::to_string(m_pageCount + 1);
+    cairo_pdf_surface_add_outline(m_surface, CAIRO_PDF_OUTLINE_ROOT, repairUtf8(title).c_str(),
+                                  destination.c_str(), CAIRO_PDF_OUTLINE_FLAG_OPEN);
+    check("adding a bookmark");
+}
+
 void PdfWriter::finish() {
     if (m_finished)
         return;
@@ -154,6 +175,20 @@ void writePdf(const page::Pages& pages, const std::filesystem::path& path) {
         writer.addPage(page, pages.fonts);
     if (pages.pages.empty())
         writer.addPage(blankPage(pages.orientation), pages.fonts);
+    writer.finish();
+}
+
+void writePdf(const std::vector<PdfSection>& sections, const std::filesystem::path& path,
+              const PdfMetadata& metadata) {
+    PdfWriter writer(path, metadata);
+    for (const PdfSection& section : sections) {
+        writer.addBookmark(section.title);
+        const page::Pages& pages = *section.pages;
+        for (const auto& page : pages.pages)
+            writer.addPage(page, pages.fonts);
+        if (pages.pages.empty())
+            writer.addPage(blankPage(pages.orientation), pages.fonts);
+    }
     writer.finish();
 }
 

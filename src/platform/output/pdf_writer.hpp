@@ -16,6 +16,20 @@
 
 namespace qr::output {
 
+/// The document information of a PDF: shown by viewers as the document's properties. Empty
+/// members are left out.
+struct PdfMetadata {
+    std::string title;
+    std::string author;
+    std::string subject;
+};
+
+/// Pages that go into a document under one bookmark (a report of a bid package).
+struct PdfSection {
+    std::string title; ///< the bookmark's text
+    const page::Pages* pages = nullptr;
+};
+
 /// Writes a PDF page by page, so a long report streams through with flat memory: nothing of a
 /// page is kept once it is added. The file appears at its path only when finish() succeeds;
 /// a writer destroyed before that (or failing) leaves neither the file nor a temporary behind.
@@ -24,6 +38,8 @@ class PdfWriter {
     /// Starts a document whose title metadata is `title`. Raises qr::Error naming the path when
     /// its folder cannot take the file.
     PdfWriter(const std::filesystem::path& target, const std::string& title);
+    /// Starts a document with the given title, author and subject.
+    PdfWriter(const std::filesystem::path& target, const PdfMetadata& metadata);
     ~PdfWriter();
     PdfWriter(const PdfWriter&) = delete;
     PdfWriter& operator=(const PdfWriter&) = delete;
@@ -31,6 +47,8 @@ class PdfWriter {
     /// Draws one page, its paper size taken from the page (landscape pages are wider than
     /// tall); its text items index `fonts`. Raises qr::Error on a bad item or missing font.
     void addPage(const page::Page& page, const std::vector<page::FontSpec>& fonts);
+    /// Adds a top-level bookmark titled `title` that opens the next page added.
+    void addBookmark(const std::string& title);
     /// Completes the file and moves it into place. A document without pages gets one blank
     /// Letter page, since a PDF needs at least one. Raises qr::Error naming the path and cause.
     void finish();
@@ -53,6 +71,14 @@ class PdfWriter {
 /// only on success). An empty collection gives one blank page in the report's orientation.
 /// Raises qr::Error naming the path and the cause.
 void writePdf(const page::Pages& pages, const std::filesystem::path& path);
+
+/// Writes the sections one after another into one PDF at `path`, with a top-level bookmark per
+/// section at its first page (a section without pages gets one blank page in its orientation,
+/// so its bookmark has a page to open) and `metadata` as the document information. The pages
+/// are drawn as they are: each section keeps its own page numbering. Whole or not at all, like
+/// writePdf. Raises qr::Error naming the path and the cause.
+void writePdf(const std::vector<PdfSection>& sections, const std::filesystem::path& path,
+              const PdfMetadata& metadata);
 
 /// The engine's PDF export filter, writing through writePdf.
 std::unique_ptr<page::ExportFilter> makePdfExportFilter();

@@ -24,6 +24,16 @@ engine::PageSettings labelPageSettings(const LabelSheet& sheet) {
     return page;
 }
 
+engine::ReportDesign labelDesign(const LabelSheet& sheet, const char* name, const char* title,
+                                 std::vector<engine::ControlDesign> label) {
+    engine::ReportDesign d;
+    d.name = name;
+    d.title = title;
+    d.page = labelPageSettings(sheet);
+    d.sections.push_back(labelDetail(sheet, std::move(label)));
+    return d;
+}
+
 engine::SectionDesign labelDetail(const LabelSheet& sheet,
                                   std::vector<engine::ControlDesign> controls) {
     return engine::detail("Detail", sheet.pitchDown, std::move(controls))

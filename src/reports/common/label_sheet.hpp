@@ -66,6 +66,11 @@ engine::PageSettings labelPageSettings(const LabelSheet& sheet);
 engine::SectionDesign labelDetail(const LabelSheet& sheet,
                                   std::vector<engine::ControlDesign> controls);
 
+/// A label report's design: `name`, `title`, the page settings of `sheet` and the one detail
+/// section holding `label`, the controls of one label.
+engine::ReportDesign labelDesign(const LabelSheet& sheet, const char* name, const char* title,
+                                 std::vector<engine::ControlDesign> label);
+
 /// Places controls on one label of a label design. Rectangles are given relative to the
 /// label's own top-left corner and come back in the coordinates of the detail band, which
 /// starts at the classic origin rather than at the label's corner.

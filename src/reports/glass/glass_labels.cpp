@@ -126,16 +126,6 @@ std::vector<ControlDesign> avery5267Label(const FirstLine& first) {
     };
 }
 
-engine::ReportDesign labelDesign(const LabelSheet& sheet, const char* name, const char* title,
-                                 std::vector<ControlDesign> label) {
-    engine::ReportDesign d;
-    d.name = name;
-    d.title = title;
-    d.page = labelPageSettings(sheet);
-    d.sections.push_back(labelDetail(sheet, std::move(label)));
-    return d;
-}
-
 } // namespace
 
 namespace glass_cut {

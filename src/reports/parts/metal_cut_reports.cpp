@@ -128,16 +128,6 @@ class LabelLines {
     Metrics m_m;
 };
 
-engine::ReportDesign labelDesign(const LabelSheet& sheet, const char* name, const char* title,
-                                 std::vector<ControlDesign> label) {
-    engine::ReportDesign d;
-    d.name = name;
-    d.title = title;
-    d.page = labelPageSettings(sheet);
-    d.sections.push_back(labelDetail(sheet, std::move(label)));
-    return d;
-}
-
 // Avery 5260: 2 5/8 x 1 in, six lines.
 engine::ReportDesign avery5260Design() {
     const LabelLines l(

@@ -81,6 +81,13 @@ TEST(ConnectionString, PasswordsAreMaskedInEveryForm) {
     const std::pair<const char*, const char*> cases[] = {
         {"postgresql://u:pw@h:1/d", "postgresql://u:***@h:1/d"},
         {"postgresql://u@h/d?password=pw&host=/s", "postgresql://u@h/d?password=***&host=/s"},
+        // Found by the connection-string fuzz target: "password=" earlier in the path hid the
+        // query's real password from the mask.
+        {"postgresql://u/password=@jobs?password=/", "postgresql://u/password=@jobs?password=***"},
+        {"postgresql://u@h/d?host=/s&password=a&password=b",
+         "postgresql://u@h/d?host=/s&password=***&password=***"},
+        {"postgresql://u:p?w@h/d", "postgresql://u:***@h/d"},
+        {"postgresql://h:5432/d?user=a@b", "postgresql://h:5432/d?user=a@b"},
         {"odbc:Driver={SQL Server};Server=s;Uid=u;Pwd=pw;Database=d",
          "odbc:Driver={SQL Server};Server=s;Uid=u;Pwd=***;Database=d"},
         {"odbc:DSN=x;PASSWORD={p;w};UID=u", "odbc:DSN=x;PASSWORD=***;UID=u"},
