@@ -127,6 +127,20 @@ QUARVEX_API quarvex_status quarvex_call_method(quarvex_service* service, const c
                                                quarvex_bool export_pdf,
                                                const char* report_format);
 
+/* Prints the bid package of a job: several of its reports, one after another, in one PDF at
+ * output_file, a bookmark per report, each report numbering its own pages; the file is written
+ * only when every report printed. report_names holds report_count names in print order
+ * (quarvex_bid_package_report_name lists them); NULL or 0 prints the default package.
+ * user_id is the estimator the headings show. QUARVEX_E_NOT_CONNECTED without both
+ * connections; QUARVEX_E_INVALID_ARGUMENT for an unknown report name or no output file; a
+ * report that fails shows its error and gives QUARVEX_SHOWN_ERROR, and no file is written. */
+QUARVEX_API quarvex_status quarvex_print_bid_package(quarvex_service* service, int job_id,
+                                                     int user_id, const char* output_file,
+                                                     const char* const* report_names,
+                                                     size_t report_count);
+/* The name of the index-th report a bid package can hold, NULL past the last. */
+QUARVEX_API const char* quarvex_bid_package_report_name(size_t index);
+
 /* The name of the index-th typed print method, NULL past the last. */
 QUARVEX_API const char* quarvex_method_name(size_t index);
 

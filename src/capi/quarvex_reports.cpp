@@ -8,6 +8,7 @@
 #include "platform/core/error.hpp"
 #include "platform/db/connection.hpp"
 #include "platform/host/module_state.hpp"
+#include "service/bid_package.hpp"
 #include "service/print_service.hpp"
 #include "service/report_registry.hpp"
 
@@ -205,6 +206,50 @@ QUARVEX_API quarvex_status quarvex_call_method(quarvex_service* service, const c
         entry->method->call(service->service, arguments);
         return QUARVEX_OK;
     });
+}
+
+QUARVEX_API quarvex_status quarvex_print_bid_package(quarvex_service* service, int job_id,
+                                                     int user_id, const char* output_file,
+                                                     const char* const* report_names,
+                                                     size_t report_count) {
+    return guarded(service, QUARVEX_E_FAILED, [&] {
+        if (!output_file || !*output_file)
+            return fail(service, QUARVEX_E_INVALID_ARGUMENT, "No output file given");
+        if (!service->service.VendorConnection() || !service->service.MasterConnection())
+            return fail(service, QUARVEX_E_NOT_CONNECTED,
+                        "Cannot print a bid package without setting the vendor and master "
+                        "connections first",
+                        qr::errc::kComponent);
+        qr::service::BidPackageRequest request;
+        request.jobId = job_id;
+        request.userId = user_id;
+        request.output = std::u8string(reinterpret_cast<const char8_t*>(output_file));
+        for (size_t i = 0; i < report_count && report_names; ++i) {
+            if (!report_names[i])
+                return fail(service, QUARVEX_E_INVALID_ARGUMENT, "A report name is missing");
+            request.reports.push_back(report_names[i]);
+        }
+        try {
+            qr::service::printBidPackage(service->service, request);
+        } catch (const qr::Error& e) {
+            // A report that failed has shown its error already; the package says which.
+            const quarvex_status status = e.number() == qr::errc::kInvalidCall
+                                              ? QUARVEX_E_INVALID_ARGUMENT
+                                          : service->host->shownCount() > 0 ? QUARVEX_SHOWN_ERROR
+                                                                            : QUARVEX_E_FAILED;
+            return fail(service, status, e.description(), e.number());
+        }
+        return QUARVEX_OK;
+    });
+}
+
+QUARVEX_API const char* quarvex_bid_package_report_name(size_t index) {
+    try {
+        const auto& reports = qr::service::bidPackageReports();
+        return index < reports.size() ? reports[index].name : nullptr;
+    } catch (...) {
+        return nullptr;
+    }
 }
 
 QUARVEX_API const char* quarvex_method_name(size_t index) {

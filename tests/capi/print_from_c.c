@@ -89,6 +89,7 @@ int main(int argc, char** argv) {
     const char* dir = argc > 1 ? argv[1] : ".";
     char vendor[4096], master[4096], path[4096], pdf[4096];
     char* cut_labels;
+    const char* package[] = {"armarkup", "finallaborar"};
     quarvex_service* service = NULL;
     seen s;
     memset(&s, 0, sizeof s);
@@ -124,6 +125,9 @@ int main(int argc, char** argv) {
     print_to(pdf, sizeof pdf, dir, "typed.pdf");
     CHECK(quarvex_call_method(service, "PrintCutLabelsLarge", cut_labels, NULL, QUARVEX_FALSE,
                               QUARVEX_FALSE, QUARVEX_FALSE, NULL) == QUARVEX_OK);
+    CHECK(is_pdf(pdf));
+    snprintf(pdf, sizeof pdf, "%s/package.pdf", dir);
+    CHECK(quarvex_print_bid_package(service, 1, 1, pdf, package, 2) == QUARVEX_OK);
     CHECK(is_pdf(pdf));
     CHECK(s.dialogs == 0 && s.boxes == 0);
 

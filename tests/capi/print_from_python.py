@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Prints from Python through the installed libquarvex-reports, with ctypes only.
+"""Prints from Python through the installed libquarvex-reports, with ctypes only: a typed
+method, a request and a bid package into PDF files, errors through the host's callbacks.
 
 Usage: print_from_python.py LIBRARY QUARVEX_REPORTS WORK
 LIBRARY is the installed libquarvex-reports.so, QUARVEX_REPORTS the installed command (it makes
@@ -15,7 +16,7 @@ import threading
 import unittest
 
 LIBRARY, PROGRAM, WORK = sys.argv[1:4]
-OK, SHOWN_ERROR, WRONG_THREAD = 0, 1, 6
+OK, SHOWN_ERROR, INVALID_ARGUMENT, WRONG_THREAD = 0, 1, 5, 6
 TRUE, FALSE = -1, 0  # the host's 16-bit Booleans
 
 lib = ctypes.CDLL(LIBRARY)
@@ -36,6 +37,10 @@ lib.quarvex_set_usage_log.argtypes = [Service, UsageLog, ctypes.c_void_p]
 lib.quarvex_call_method.argtypes = [Service, ctypes.c_char_p, ctypes.c_char_p, ctypes.c_char_p,
                                     ctypes.c_short, ctypes.c_short, ctypes.c_short,
                                     ctypes.c_char_p]
+lib.quarvex_print_bid_package.argtypes = [Service, ctypes.c_int, ctypes.c_int, ctypes.c_char_p,
+                                          ctypes.POINTER(ctypes.c_char_p), ctypes.c_size_t]
+lib.quarvex_bid_package_report_name.restype = ctypes.c_char_p
+lib.quarvex_bid_package_report_name.argtypes = [ctypes.c_size_t]
 lib.quarvex_last_error.restype = ctypes.c_char_p
 lib.quarvex_last_error.argtypes = [Service]
 
@@ -110,6 +115,18 @@ class PrintFromPython(unittest.TestCase):
         self.assertEqual(title, b"Quarvex Error")
         self.assertIn(b"Function: PrintMetalCutListing", text)
         self.assertEqual(lib.quarvex_last_error(self.service), text)
+
+    def test_bid_package_of_the_default_reports_or_none(self):
+        out = f"{WORK}/package.pdf"
+        self.assertEqual(lib.quarvex_print_bid_package(self.service, 1, 1, out.encode(), None, 0),
+                         OK, lib.quarvex_last_error(self.service))
+        self.assertTrue(is_pdf(out))
+        os.remove(out)
+        names = (ctypes.c_char_p * 2)(lib.quarvex_bid_package_report_name(0), b"nosuchreport")
+        self.assertEqual(lib.quarvex_print_bid_package(self.service, 1, 1, out.encode(), names, 2),
+                         INVALID_ARGUMENT)
+        self.assertIn(b"nosuchreport", lib.quarvex_last_error(self.service))
+        self.assertFalse(os.path.exists(out))
 
     def test_service_is_refused_on_another_thread(self):
         status = []
