@@ -14,13 +14,12 @@
 #include "support/readers/file_readers.hpp"
 #include "support/temp_dir.hpp"
 
+#include <fstream>
 #include <gtest/gtest.h>
+#include <memory>
 #include <poppler-destination.h>
 #include <poppler-document.h>
 #include <poppler-toc.h>
-
-#include <fstream>
-#include <memory>
 #include <regex>
 #include <sstream>
 
@@ -114,8 +113,8 @@ TEST_F(BidPackage, EachReportHasItsBookmarkAtItsFirstPageAndKeepsItsOwnPageNumbe
     std::vector<std::string> titles;
     for (const auto& bookmark : bookmarks)
         titles.push_back(bookmark.title);
-    EXPECT_EQ(titles,
-              (std::vector<std::string>{"Estimate", "Final Summary", "Glass List", "Labor Report"}));
+    EXPECT_EQ(titles, (std::vector<std::string>{"Estimate", "Final Summary", "Glass List",
+                                                "Labor Report"}));
 
     // Walk the sections: each starts at its bookmark with page 1 of its own count, numbers its
     // pages on, and the next one starts right after its last page.
@@ -179,7 +178,11 @@ TEST_F(BidPackage, AFailureWritesNothingAndNamesWhatFailed) {
     };
     const Case cases[] = {
         {"request route", "LaborReport1", {}, 999, "'finallaborar'", "Error Encountered"},
-        {"final summary's job size", "GlassOrderReport1", {}, 999, "'finalsummaryar'",
+        {"final summary's job size",
+         "GlassOrderReport1",
+         {},
+         999,
+         "'finalsummaryar'",
          "Error Encountered"},
         {"final glass report", "JobGlass", {}, 999, "'finalglassar'", "Quarvex Error"},
         {"unknown name", nullptr, {"armarkup2", "glasslist"}, 5, "'glasslist'", nullptr},
