@@ -138,6 +138,15 @@ void PdfWriter::addPage(const page::Page& page, const std::vector<page::FontSpec
         cairo_tag_begin(m_cr, CAIRO_TAG_DEST, attributes.c_str());
         cairo_tag_end(m_cr, CAIRO_TAG_DEST);
         m_pendingDestination.clear();
+        // cairo drops the tags of a page it has nothing to draw on (an empty report's blank
+        // page), and the bookmark would open nothing: a white twip in the corner keeps it.
+        if (page.items.empty()) {
+            cairo_save(m_cr);
+            cairo_set_source_rgb(m_cr, 1, 1, 1);
+            cairo_rectangle(m_cr, 0, 0, 1, 1);
+            cairo_fill(m_cr);
+            cairo_restore(m_cr);
+        }
     }
     drawScene(m_cr, scene);
     cairo_show_page(m_cr);
