@@ -2,7 +2,8 @@
 # Makes the sample job databases and prints every report the build has into files:
 #   OUT/vendor.db, OUT/master.db        the sample jobs (SQLite)
 #   OUT/Jobs/<job>/Reports/...          the PDF and workbook exports of each report
-#   OUT/printed/*.pdf                   each report printed without a dialog (to a file)
+#   OUT/printed/*.pdf                   each report printed without a dialog (to a file), and
+#                                       job 1's bid package (bid-package-job1.pdf)
 #   OUT/preview/*.pdf                   the headless previews
 #   OUT/data/parts/*.json               the report data of the typed parts and elevation methods
 set -euo pipefail
@@ -125,6 +126,10 @@ for name in jobpartsar jobelevar ar2cutlist ar2metalcutlistings elevglassar elev
     failures=$((failures + 1))
   fi
 done
+
+echo "== bid package (job 1: estimate, final summary, glass list, labor report in one PDF)"
+run "package --job 1" "$program" package --vendor "sqlite:$out/vendor.db" \
+  --master "sqlite:$out/master.db" --job 1 --out "$out/printed/bid-package-job1.pdf"
 
 for sheet in 5260 5267; do
   run "label-calibration --sheet $sheet (user 1's offsets)" \

@@ -22,7 +22,8 @@ void printUsage(std::ostream& out) {
            "Prints the bid package of a job: its reports, one after another, in one PDF with a\n"
            "bookmark per report, each report numbering its own pages; the document's title is\n"
            "\"Bid Package - <job name>\", its author the firm. The reports read the job's report\n"
-           "tables (MarkupReport<job>, FramingReport<job>, LaborReport<job>, GlassOrderReport<job>)\n"
+           "tables (MarkupReport<job>, FramingReport<job>, LaborReport<job>, "
+           "GlassOrderReport<job>)\n"
            "and its glass rows. --user is the estimator the headings show (default 1). The file\n"
            "is written only when every report printed.\n\n"
            "Reports (default:";
@@ -30,8 +31,8 @@ void printUsage(std::ostream& out) {
         out << " " << name;
     out << "):\n";
     for (const auto& report : service::bidPackageReports())
-        out << "  " << report.name << std::string(20 - std::string(report.name).size(), ' ')
-            << report.title << "\n";
+        out << "  " << report.name << std::string(18 - std::string(report.name).size(), ' ')
+            << report.description << " (bookmark \"" << report.title << "\")\n";
     out << "\nExit code 0: the package was written; 1: a report or the file failed (the error\n"
            "is shown, also on standard error); 2: usage error.\n";
 }
@@ -46,8 +47,10 @@ std::optional<PackageOptions> parseOptions(const Args& args) {
     PackageOptions options;
     std::string job, user, out;
     const std::pair<const char*, std::string*> valued[] = {
-        {"--vendor", &options.vendor}, {"--master", &options.master},
-        {"--job", &job},               {"--user", &user},
+        {"--vendor", &options.vendor},
+        {"--master", &options.master},
+        {"--job", &job},
+        {"--user", &user},
         {"--out", &out},
     };
     for (size_t i = 0; i < args.size(); ++i) {

@@ -33,31 +33,66 @@ struct PackageEntry {
     Route route;
     const char* className;
     data::ReportTableKind table = data::ReportTableKind::Markup; // the request route's table
-    bool needsJobSize = false;  // the final summary shows the job size from the request tail
+    bool needsJobSize = false;    // the final summary shows the job size from the request tail
     const char* method = nullptr; // the final glass report's typed method, for its errors
 };
 
 const std::vector<PackageEntry>& entries() {
     using K = data::ReportTableKind;
     static const std::vector<PackageEntry> table{
-        {{"armarkup2", "Estimate"}, Route::Request, "ARMarkup2", K::Markup},
-        {{"armarkup", "Estimate at Cost"}, Route::Request, "ARMarkup", K::Markup},
-        {{"finalsummaryar", "Final Summary"}, Route::Request, "FinalSummaryAR", K::FramingSystems,
+        {{"armarkup2", "Estimate", "the markup report without cost: the customer's price"},
+         Route::Request,
+         "ARMarkup2",
+         K::Markup},
+        {{"armarkup", "Estimate at Cost", "the markup report with cost pricing"},
+         Route::Request,
+         "ARMarkup",
+         K::Markup},
+        {{"finalsummaryar", "Final Summary", "the final summary at cost, with its notices"},
+         Route::Request,
+         "FinalSummaryAR",
+         K::FramingSystems,
          true},
-        {{"finalsummaryar2", "Final Summary"}, Route::Request, "FinalSummaryAR2",
-         K::FramingSystems, true},
-        {{"finalglassar", "Glass List"}, Route::FinalGlass, "FinalGlassAR", K::Markup, false,
+        {{"finalsummaryar2", "Final Summary", "the final summary at cost, page numbers only"},
+         Route::Request,
+         "FinalSummaryAR2",
+         K::FramingSystems,
+         true},
+        {{"finalglassar", "Glass List", "the final glass report, portrait, priced"},
+         Route::FinalGlass,
+         "FinalGlassAR",
+         K::Markup,
+         false,
          "PrintFinalGlassPortraitReport"},
-        {{"finalglassar2", "Glass List"}, Route::FinalGlass, "FinalGlassAR2", K::Markup, false,
+        {{"finalglassar2", "Glass List", "the final glass report, landscape, priced"},
+         Route::FinalGlass,
+         "FinalGlassAR2",
+         K::Markup,
+         false,
          "PrintFinalGlassLandscapeReport"},
-        {{"finalglassarnp", "Glass List"}, Route::FinalGlass, "FinalGlassARNP", K::Markup, false,
+        {{"finalglassarnp", "Glass List", "the final glass report, portrait, without prices"},
+         Route::FinalGlass,
+         "FinalGlassARNP",
+         K::Markup,
+         false,
          "PrintFinalGlassReportWithoutPrices"},
-        {{"finalglassarnp2", "Glass List"}, Route::FinalGlass, "FinalGlassARNP2", K::Markup, false,
+        {{"finalglassarnp2", "Glass List", "the final glass report, landscape, without prices"},
+         Route::FinalGlass,
+         "FinalGlassARNP2",
+         K::Markup,
+         false,
          "PrintFinalGlassLandscapeReportWithoutPrices"},
-        {{"finallaborar", "Labor Report"}, Route::Request, "FinalLaborAR", K::Labor},
-        {{"jobglasstoorder", "Glass to Order"}, Route::Request, "JobGlassToOrder",
+        {{"finallaborar", "Labor Report", "the job labor report"},
+         Route::Request,
+         "FinalLaborAR",
+         K::Labor},
+        {{"jobglasstoorder", "Glass to Order", "the glass to order, by glass and part type"},
+         Route::Request,
+         "JobGlassToOrder",
          K::GlassToOrder},
-        {{"jobglasstoorder2", "Glass to Order"}, Route::Request, "JobGlassToOrder2",
+        {{"jobglasstoorder2", "Glass to Order", "the glass to order without right heights"},
+         Route::Request,
+         "JobGlassToOrder2",
          K::GlassToOrder},
     };
     return table;
@@ -90,7 +125,9 @@ std::string plainNumber(double value) {
     return s;
 }
 
-double numberOrZero(const Variant& value) { return value.isNull() ? 0.0 : toDouble(value); }
+double numberOrZero(const Variant& value) {
+    return value.isNull() ? 0.0 : toDouble(value);
+}
 
 /// The job size the final summary shows, "lites-panels-doors-glass area-elevations", from the
 /// job's glass-to-order table and its elevations: panels and doors are the lites of those part
@@ -117,7 +154,8 @@ std::string jobSizeText(db::Connection& vendor, std::int32_t jobId) {
     rows->close();
     auto elevations = vendor.openRecordset(data::sql::elevationCount(jobId), CursorType::Static,
                                            LockType::ReadOnly);
-    const double elevationCount = elevations->eof() ? 0 : numberOrZero(elevations->value("iElevations"));
+    const double elevationCount =
+        elevations->eof() ? 0 : numberOrZero(elevations->value("iElevations"));
     elevations->close();
     return plainNumber(lites) + "-" + plainNumber(panels) + "-" + plainNumber(doors) + "-" +
            plainNumber(area) + "-" + plainNumber(elevationCount);

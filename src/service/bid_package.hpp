@@ -32,6 +32,7 @@ struct BidPackageRequest {
 struct BidPackageReport {
     const char* name;
     const char* title;
+    const char* description = ""; ///< what it is, for a list of the names
 };
 
 /// Every report a package accepts, in the order the help lists them.

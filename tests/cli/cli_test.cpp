@@ -39,6 +39,11 @@ TEST(Cli, UsageErrorsExitWithTwoAndSayWhatWasWrong) {
         {{"make-sample", "--vendor", "sqlite:v.db", "--master", "sqlite:m.db", "--data-dir"},
          "--data-dir needs a folder"},
         {{"request", "--vendor", "sqlite:v.db"}, "Usage: quarvex-reports request"},
+        {{"package", "--vendor", "sqlite:v.db", "--master", "sqlite:m.db", "--job", "1"},
+         "Usage: quarvex-reports package"},
+        {{"package", "--vendor", "sqlite:v.db", "--master", "sqlite:m.db", "--job", "1 OR 1=1",
+          "--out", "bid.pdf"},
+         "invalid job id: 1 OR 1=1"},
     };
     for (const auto& c : cases) {
         const Outcome outcome = runProgram(dir, c.args);
@@ -140,6 +145,40 @@ TEST_F(CliOnSampleJobs, ATypedMethodReadsItsJsonPrintsAndExports) {
                            "PrintService\r\nFunction: PrintFinalGlassPortraitReport"),
               std::string::npos)
         << bad.err;
+}
+
+TEST_F(CliOnSampleJobs, APackagePrintsTheJobsReportsIntoOnePdf) {
+    const Outcome help = runProgram(m_dir, {"package", "--help"});
+    EXPECT_EQ(help.exitCode, 0);
+    for (const char* name : {"armarkup2", "finalsummaryar", "finalglassar", "finallaborar"})
+        EXPECT_NE(help.out.find(name), std::string::npos) << name;
+
+    const fs::path bid = m_dir / "bid.pdf";
+    const Outcome outcome = runProgram(m_dir, {"package", "--vendor", vendor(), "--master",
+                                               master(), "--job", "1", "--out", bid.string()});
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+    const std::string text = pdfText(bid);
+    std::size_t at = 0;
+    for (const char* title :
+         {"Job Estimate", "Final Summary", "Job Glass Report", "Final Labor Report"}) {
+        at = text.find(title, at);
+        EXPECT_NE(at, std::string::npos) << title << " not in order in:\n" << text;
+    }
+
+    // An unknown report name is a usage error naming it; a job the database does not have
+    // fails the package; neither writes a file.
+    const fs::path other = m_dir / "other.pdf";
+    const Outcome unknown =
+        runProgram(m_dir, {"package", "--vendor", vendor(), "--master", master(), "--job", "1",
+                           "--out", other.string(), "armarkup2", "glasslist"});
+    EXPECT_EQ(unknown.exitCode, 2);
+    EXPECT_NE(unknown.err.find("unknown report 'glasslist'"), std::string::npos) << unknown.err;
+    const Outcome missingJob = runProgram(m_dir, {"package", "--vendor", vendor(), "--master",
+                                                  master(), "--job", "9", "--out", other.string()});
+    EXPECT_EQ(missingJob.exitCode, 1);
+    EXPECT_NE(missingJob.err.find("Job 9 is not in the JobSummary table"), std::string::npos)
+        << missingJob.err;
+    EXPECT_FALSE(fs::exists(other));
 }
 
 // The methods that print the parts of a job: the example of each runs as printed, and the data

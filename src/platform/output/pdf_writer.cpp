@@ -133,6 +133,21 @@ void PdfWriter::addPage(const page::Page& page, const std::vector<page::FontSpec
     const PageScene& scene = m_scenes.build(page, fonts);
     cairo_pdf_surface_set_size(m_surface, page.width * kPointsPerTwip,
                                page.height * kPointsPerTwip);
+    if (!m_pendingDestination.empty()) {
+        const std::string attributes = "name='" + m_pendingDestination + "' x=0 y=0";
+        cairo_tag_begin(m_cr, CAIRO_TAG_DEST, attributes.c_str());
+        cairo_tag_end(m_cr, CAIRO_TAG_DEST);
+        m_pendingDestination.clear();
+        // cairo drops the tags of a page it has nothing to draw on (an empty report's blank
+        // page), and the bookmark would open nothing: a white twip in the corner keeps it.
+        if (page.items.empty()) {
+            cairo_save(m_cr);
+            cairo_set_source_rgb(m_cr, 1, 1, 1);
+            cairo_rectangle(m_cr, 0, 0, 1, 1);
+            cairo_fill(m_cr);
+            cairo_restore(m_cr);
+        }
+    }
     drawScene(m_cr, scene);
     cairo_show_page(m_cr);
     ++m_pageCount;
@@ -145,10 +160,13 @@ void PdfWriter::addBookmark(const std::string& title) {
                     "A bookmark was added to \"" + m_file.target().string() +
                         "\" after it was finished.");
     }
-    // cairo resolves the destination when the document is finished, so the page may follow.
-    const std::string destination = "page=" + std::to_string(m_pageCount + 1);
+    // The bookmark opens a named destination ("section1", "section2", ...) that the next page
+    // places at its top-left corner: a link from outside can open the same place
+    // (file.pdf#nameddest=section2). cairo resolves the name when the document is finished.
+    m_pendingDestination = bookmarkDestination(++m_bookmarkCount);
+    const std::string link = "dest='" + m_pendingDestination + "'";
     cairo_pdf_surface_add_outline(m_surface, CAIRO_PDF_OUTLINE_ROOT, repairUtf8(title).c_str(),
-                                  destination.c_str(), CAIRO_PDF_OUTLINE_FLAG_OPEN);
+                                  link.c_str(), cairo_pdf_outline_flags_t{});
     check("adding a bookmark");
 }
 
@@ -176,6 +194,10 @@ void writePdf(const page::Pages& pages, const std::filesystem::path& path) {
     if (pages.pages.empty())
         writer.addPage(blankPage(pages.orientation), pages.fonts);
     writer.finish();
+}
+
+std::string bookmarkDestination(std::size_t number) {
+    return "section" + std::to_string(number);
 }
 
 void writePdf(const std::vector<PdfSection>& sections, const std::filesystem::path& path,

@@ -47,7 +47,8 @@ class PdfWriter {
     /// Draws one page, its paper size taken from the page (landscape pages are wider than
     /// tall); its text items index `fonts`. Raises qr::Error on a bad item or missing font.
     void addPage(const page::Page& page, const std::vector<page::FontSpec>& fonts);
-    /// Adds a top-level bookmark titled `title` that opens the next page added.
+    /// Adds a top-level bookmark titled `title` that opens the next page added, through the
+    /// named destination bookmarkDestination(n) of the n-th bookmark.
     void addBookmark(const std::string& title);
     /// Completes the file and moves it into place. A document without pages gets one blank
     /// Letter page, since a PDF needs at least one. Raises qr::Error naming the path and cause.
@@ -64,6 +65,8 @@ class PdfWriter {
     cairo_t* m_cr = nullptr;
     SceneBuilder m_scenes;
     std::size_t m_pageCount = 0;
+    std::size_t m_bookmarkCount = 0;
+    std::string m_pendingDestination; // placed on the next page added
     bool m_finished = false;
 };
 
@@ -71,6 +74,9 @@ class PdfWriter {
 /// only on success). An empty collection gives one blank page in the report's orientation.
 /// Raises qr::Error naming the path and the cause.
 void writePdf(const page::Pages& pages, const std::filesystem::path& path);
+
+/// The named destination of a document's n-th bookmark (from 1): "section<n>".
+std::string bookmarkDestination(std::size_t number);
 
 /// Writes the sections one after another into one PDF at `path`, with a top-level bookmark per
 /// section at its first page (a section without pages gets one blank page in its orientation,

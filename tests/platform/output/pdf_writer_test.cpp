@@ -7,7 +7,9 @@
 #include <chrono>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <poppler-destination.h>
 #include <poppler-font.h>
+#include <poppler-toc.h>
 #include <thread>
 
 namespace qr::output {
@@ -265,6 +267,48 @@ TEST(WritePdf, TheSameReportAtTheSameClockGivesTheSameBytes) {
     EXPECT_NE(fileBytes(dir / "first.pdf"), fileBytes(dir / "later.pdf"));
     EXPECT_NE(fileBytes(dir / "first.pdf").find("/CreationDate (20260314092653)"),
               std::string::npos);
+}
+
+// Sections: a report of two pages, an empty one (a blank landscape page, so its bookmark has a
+// page to open) and a one-page report, each bookmarked at its first page; the metadata as given.
+TEST(WritePdfSections, EachSectionIsBookmarkedAtItsFirstPage) {
+    test::TempDir dir;
+    PageBuilder two("Two");
+    two.addPage();
+    two.text(720, 1440, "first of two");
+    two.addPage();
+    two.text(720, 1440, "second of two");
+    page::Pages empty;
+    empty.orientation = page::Orientation::Landscape;
+    PageBuilder one("One");
+    one.addPage();
+    one.text(720, 1440, "only one");
+    writePdf({{"Two pages", &two.pages()}, {"Nothing", &empty}, {"One page", &one.pages()}},
+             dir / "sections.pdf", {"Bid Package - Clinic", "Glass & Co.", "Clinic"});
+
+    auto doc = openPdf(dir / "sections.pdf");
+    ASSERT_TRUE(doc);
+    ASSERT_EQ(doc->pages(), 4);
+    EXPECT_NE(pdfPageText(*doc, 3).find("only one"), std::string::npos);
+    std::unique_ptr<poppler::page> blank(doc->create_page(2));
+    EXPECT_DOUBLE_EQ(blank->page_rect().width(), 792);
+
+    std::unique_ptr<poppler::toc> toc(doc->create_toc());
+    ASSERT_TRUE(toc);
+    const auto destinations = doc->create_destination_map();
+    const std::pair<const char*, int> expected[] = {
+        {"Two pages", 1}, {"Nothing", 3}, {"One page", 4}};
+    const auto items = toc->root()->children();
+    ASSERT_EQ(items.size(), std::size(expected));
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        EXPECT_EQ(test::toUtf8(items[i]->title()), expected[i].first);
+        const auto found = destinations.find(bookmarkDestination(i + 1));
+        ASSERT_NE(found, destinations.end()) << expected[i].first;
+        EXPECT_EQ(found->second.page_number(), expected[i].second) << expected[i].first;
+    }
+    EXPECT_EQ(test::toUtf8(doc->get_title()), "Bid Package - Clinic");
+    EXPECT_EQ(test::toUtf8(doc->get_author()), "Glass & Co.");
+    EXPECT_EQ(test::toUtf8(doc->get_subject()), "Clinic");
 }
 
 } // namespace
