@@ -68,6 +68,7 @@ class CostReportTest : public ::testing::TestWithParam<CostBackend> {
     /// The vendor connection as the host hands it to a report (the final glass reports).
     const host::ConnectionRef& vendorConnection() const { return m_vendor->connection(); }
     db::Connection& master() { return *m_master->connection(); }
+    const host::ConnectionRef& masterConnection() const { return m_master->connection(); }
     /// A second connection to the vendor database, for looking from outside the report's.
     std::shared_ptr<db::Connection> otherVendorConnection() const {
         return std::make_shared<db::Connection>(m_vendor->connectionString());

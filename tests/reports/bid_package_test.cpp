@@ -1,4 +1,5 @@
-// The bid package of a sample job: its reports in one PDF, read back through poppler. Each
+// The bid package of a sample job (SQLite and PostgreSQL): its reports in one PDF, read back
+// through poppler. Each
 // report's share of the pages is taken from the report's own footer ("Page  1 of  n" on its
 // first page), so the bookmarks, the page count and the numbering are checked against what the
 // reports printed, not against the package's own counting.
@@ -9,8 +10,8 @@
 #include "platform/db/connection.hpp"
 #include "platform/db/recordset.hpp"
 #include "platform/output/pdf_writer.hpp"
+#include "reports/support/cost_fixture.hpp"
 #include "service/bid_package.hpp"
-#include "support/host/recording_host.hpp"
 #include "support/readers/file_readers.hpp"
 #include "support/temp_dir.hpp"
 
@@ -83,30 +84,29 @@ std::pair<int, int> printedPageNumber(const std::string& pageText) {
     return {std::stoi(match[1]), std::stoi(match[2])};
 }
 
-class BidPackage : public ::testing::Test {
+class BidPackage : public test::CostReportTest {
   protected:
     void SetUp() override {
-        vendor = std::make_shared<db::Connection>("sqlite:" + (dir / "vendor.db").string());
-        master = std::make_shared<db::Connection>("sqlite:" + (dir / "master.db").string());
-        data::sample::writeSample(*vendor, *master);
-        recording.host->setLogConnection(nullptr);
-        service.setContainer(recording.host);
-        service.setVendorConnection(vendor);
-        service.setMasterConnection(master);
+        CostReportTest::SetUp();
+        if (IsSkipped())
+            return;
+        loadSample();
+        service.setContainer(m_host->host);
+        service.setVendorConnection(vendorConnection());
+        service.setMasterConnection(masterConnection());
         request.jobId = 1;
-        request.output = dir / "bid.pdf";
+        request.output = m_dir / "bid.pdf";
     }
 
-    test::TempDir dir;
-    test::RecordingHost recording;
-    host::ConnectionRef vendor, master;
+    std::vector<test::ShownMessage>& shown() { return m_host->messages->shown; }
+
     PrintService service;
     BidPackageRequest request;
 };
 
-TEST_F(BidPackage, EachReportHasItsBookmarkAtItsFirstPageAndKeepsItsOwnPageNumbers) {
+TEST_P(BidPackage, EachReportHasItsBookmarkAtItsFirstPageAndKeepsItsOwnPageNumbers) {
     printBidPackage(service, request);
-    EXPECT_TRUE(recording.messages->shown.empty());
+    EXPECT_TRUE(shown().empty());
 
     const std::vector<std::string> pages = test::pdfPageTexts(request.output);
     const std::vector<Bookmark> bookmarks = bookmarksOf(request.output);
@@ -136,14 +136,15 @@ TEST_F(BidPackage, EachReportHasItsBookmarkAtItsFirstPageAndKeepsItsOwnPageNumbe
     EXPECT_GT(pages.size(), bookmarks.size()); // the glass list runs over more than one page
 
     // Printed headless: nothing exported into the job's folder.
-    EXPECT_FALSE(fs::exists(dir / "Jobs"));
+    EXPECT_FALSE(fs::exists(reportsFolder(
+        firstText(vendor(), "SELECT sJobName FROM JobSummary WHERE JobID=1", "sJobName"))));
 }
 
-TEST_F(BidPackage, TheDocumentNamesTheJobAndTheFirm) {
+TEST_P(BidPackage, TheDocumentNamesTheJobAndTheFirm) {
     printBidPackage(service, request);
     const std::string jobName =
-        firstText(*vendor, "SELECT sJobName FROM JobSummary WHERE JobID=1", "sJobName");
-    const std::string firm = firstText(*master, "SELECT sName FROM Company", "sName");
+        firstText(vendor(), "SELECT sJobName FROM JobSummary WHERE JobID=1", "sJobName");
+    const std::string firm = firstText(master(), "SELECT sName FROM Company", "sName");
 
     std::unique_ptr<poppler::document> doc(
         poppler::document::load_from_file(request.output.string()));
@@ -153,7 +154,7 @@ TEST_F(BidPackage, TheDocumentNamesTheJobAndTheFirm) {
     EXPECT_EQ(utf8(doc->get_subject()), jobName);
 }
 
-TEST_F(BidPackage, ReportsNamedRunInTheGivenOrder) {
+TEST_P(BidPackage, ReportsNamedRunInTheGivenOrder) {
     request.reports = {"finallaborar", "armarkup2"};
     printBidPackage(service, request);
     const std::vector<Bookmark> bookmarks = bookmarksOf(request.output);
@@ -167,7 +168,7 @@ TEST_F(BidPackage, ReportsNamedRunInTheGivenOrder) {
 
 // A report that fails, or a name no report has, leaves the file of an earlier package as it
 // was and no temporary beside it.
-TEST_F(BidPackage, AFailureWritesNothingAndNamesWhatFailed) {
+TEST_P(BidPackage, AFailureWritesNothingAndNamesWhatFailed) {
     struct Case {
         const char* what;
         const char* dropTable; // made to fail by a missing table
@@ -192,10 +193,10 @@ TEST_F(BidPackage, AFailureWritesNothingAndNamesWhatFailed) {
         test::TempDir out;
         const fs::path earlier = out / "bid.pdf";
         std::ofstream(earlier, std::ios::binary) << "the package sent yesterday";
-        data::sample::writeSample(*vendor, *master);
+        data::sample::writeSample(vendor(), master());
         if (c.dropTable)
-            vendor->execute(std::string("DROP TABLE ") + c.dropTable);
-        recording.messages->shown.clear();
+            vendor().execute(std::string("DROP TABLE ") + c.dropTable);
+        shown().clear();
 
         BidPackageRequest failing = request;
         failing.output = earlier;
@@ -210,13 +211,18 @@ TEST_F(BidPackage, AFailureWritesNothingAndNamesWhatFailed) {
         EXPECT_EQ(bytesOf(earlier), "the package sent yesterday");
         EXPECT_EQ(std::distance(fs::directory_iterator(out.path()), fs::directory_iterator()), 1);
         if (c.shownTitle) {
-            ASSERT_EQ(recording.messages->shown.size(), 1u);
-            EXPECT_EQ(recording.messages->shown[0].title, c.shownTitle);
+            ASSERT_EQ(shown().size(), 1u);
+            EXPECT_EQ(shown()[0].title, c.shownTitle);
         } else {
-            EXPECT_TRUE(recording.messages->shown.empty());
+            EXPECT_TRUE(shown().empty());
         }
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(Backends, BidPackage,
+                         ::testing::Values(test::CostBackend::SQLite,
+                                           test::CostBackend::PostgreSQL),
+                         test::costBackendName);
 
 } // namespace
 } // namespace qr::service
