@@ -1,8 +1,8 @@
 #include "cli/cli_host.hpp"
 
 #include "platform/host/module_state.hpp"
-#include "platform/output/desktop_session.hpp"
-#include "platform/output/message_box.hpp"
+#include "platform/preview/desktop_session.hpp"
+#include "platform/preview/message_box.hpp"
 
 #include <atomic>
 

@@ -1,7 +1,7 @@
 #include "service/run_sequence.hpp"
 
 #include "platform/host/module_state.hpp"
-#include "platform/output/preview.hpp"
+#include "platform/preview/preview.hpp"
 #include "platform/output/printer.hpp"
 #include "service/component.hpp"
 

@@ -1,4 +1,4 @@
-#include "platform/output/desktop_session.hpp"
+#include "platform/preview/desktop_session.hpp"
 
 #include "platform/output/gui_application.hpp"
 

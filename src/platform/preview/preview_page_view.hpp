@@ -6,8 +6,8 @@
 
 #include "platform/engine/page/page.hpp"
 #include "platform/output/painter_renderer.hpp"
-#include "platform/output/preview_layout.hpp"
-#include "platform/output/preview_search.hpp"
+#include "platform/preview/preview_layout.hpp"
+#include "platform/preview/preview_search.hpp"
 
 #include <QAbstractScrollArea>
 #include <QColor>

@@ -3,7 +3,7 @@
 // keys sent the way a keyboard sends them (shortcuts included), modal dialogs found and driven
 // from inside their own event loop, and waits that give up instead of hanging.
 
-#include "output_test_support.hpp"
+#include "platform/output/output_test_support.hpp"
 #include "platform/output/gui_application.hpp"
 
 #include <QApplication>

@@ -13,9 +13,9 @@
 
 #include "platform/engine/page/page.hpp"
 #include "platform/output/painter_renderer.hpp"
-#include "platform/output/preview.hpp"
-#include "platform/output/preview_layout.hpp"
-#include "platform/output/preview_search.hpp"
+#include "platform/preview/preview.hpp"
+#include "platform/preview/preview_layout.hpp"
+#include "platform/preview/preview_search.hpp"
 
 #include <QDialog>
 #include <QString>
