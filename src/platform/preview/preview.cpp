@@ -1,9 +1,9 @@
 #include "platform/preview/preview.hpp"
 
 #include "platform/core/error.hpp"
-#include "platform/preview/desktop_session.hpp"
 #include "platform/output/output_error.hpp"
 #include "platform/output/pdf_writer.hpp"
+#include "platform/preview/desktop_session.hpp"
 #include "platform/preview/preview_window.hpp"
 
 #include <cctype>

@@ -5,7 +5,7 @@
 // ahead, so a report of thousands of pages opens as fast as one of a few.
 
 #include "platform/engine/page/page.hpp"
-#include "platform/output/painter_renderer.hpp"
+#include "platform/preview/painter_renderer.hpp"
 #include "platform/preview/preview_layout.hpp"
 #include "platform/preview/preview_search.hpp"
 

@@ -12,7 +12,7 @@
 // Pages scroll continuously; only what comes into view is drawn.
 
 #include "platform/engine/page/page.hpp"
-#include "platform/output/painter_renderer.hpp"
+#include "platform/preview/painter_renderer.hpp"
 #include "platform/preview/preview.hpp"
 #include "platform/preview/preview_layout.hpp"
 #include "platform/preview/preview_search.hpp"

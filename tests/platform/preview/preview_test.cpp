@@ -1,5 +1,5 @@
-#include "platform/output/output_test_support.hpp"
 #include "platform/core/error.hpp"
+#include "platform/output/output_test_support.hpp"
 #include "platform/preview/preview.hpp"
 #include "support/temp_dir.hpp"
 

@@ -2,7 +2,7 @@
 // that ./run test starts (scripts/print-services.sh), and the job arrives there whole. Also the
 // page range the print dialog may choose, painted on a PDF printer.
 #include "platform/output/cups_queue.hpp"
-#include "platform/output/printer.hpp"
+#include "platform/preview/painter_printing.hpp"
 #include "platform/preview/preview_window.hpp"
 #include "preview_window_support.hpp"
 #include "support/temp_dir.hpp"
