@@ -4,6 +4,7 @@
 #include "cups_queue.hpp"
 #include "output_test_support.hpp"
 #include "platform/output/printer.hpp"
+#include "support/temp_dir.hpp"
 
 #include <gtest/gtest.h>
 
@@ -27,10 +28,13 @@ TEST(PrintCups, ReportReachesTheDefaultQueueWithItsPagesAndName) {
     if (!CupsQueue::available())
         GTEST_SKIP() << "needs the private CUPS of ./run test (scripts/print-services.sh)";
     ScopedEnv noOverride(kPrinterVariable, std::nullopt);
+    test::TempDir scratch; // the job's PDF goes through the temporary folder, and leaves it
+    ScopedEnv temporaryFolder("TMPDIR", scratch.path().string());
     CupsQueue queue;
     const std::string name = CupsQueue::uniqueName("Markup - Lakeside Medical Office");
 
     printPages(markup(3), name);
+    EXPECT_TRUE(test::folderContents(scratch.path()).empty());
 
     ASSERT_EQ(queue.waitForJob(name), 3) << "the job did not arrive with three pages";
     const std::string data = queue.printed();
