@@ -4,8 +4,8 @@
 // unless a display is set.
 
 #include "platform/output/cairo_text_measurer.hpp"
-#include "platform/output/preview_page_view.hpp"
-#include "platform/output/preview_window.hpp"
+#include "platform/preview/preview_page_view.hpp"
+#include "platform/preview/preview_window.hpp"
 
 #include <QApplication>
 #include <benchmark/benchmark.h>

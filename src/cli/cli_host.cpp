@@ -1,8 +1,8 @@
 #include "cli/cli_host.hpp"
 
 #include "platform/host/module_state.hpp"
-#include "platform/output/desktop_session.hpp"
-#include "platform/output/message_box.hpp"
+#include "platform/preview/desktop_session.hpp"
+#include "platform/preview/message_box.hpp"
 
 #include <atomic>
 
@@ -16,12 +16,14 @@ namespace {
 class PlatformMessageBox : public host::MessageBox {
   public:
     void show(const std::string& text, host::MessageIcon icon, const std::string& title) override {
-        const auto qtIcon = icon == host::MessageIcon::Information ? output::MessageBoxIcon::Information
-                            : icon == host::MessageIcon::Critical  ? output::MessageBoxIcon::Critical
-                                                                   : output::MessageBoxIcon::None;
+        const auto qtIcon = icon == host::MessageIcon::Information
+                                ? output::MessageBoxIcon::Information
+                            : icon == host::MessageIcon::Critical ? output::MessageBoxIcon::Critical
+                                                                  : output::MessageBoxIcon::None;
         const bool dialog = output::isInteractiveSession();
         m_box.show(text, qtIcon, title);
-        if (dialog) m_stderr.show(text, icon, title);
+        if (dialog)
+            m_stderr.show(text, icon, title);
     }
 
   private:
@@ -31,7 +33,8 @@ class PlatformMessageBox : public host::MessageBox {
 
 class CountingMessageBox : public host::MessageBox {
   public:
-    explicit CountingMessageBox(std::shared_ptr<host::MessageBox> inner) : m_inner(std::move(inner)) {}
+    explicit CountingMessageBox(std::shared_ptr<host::MessageBox> inner)
+        : m_inner(std::move(inner)) {}
     void show(const std::string& text, host::MessageIcon icon, const std::string& title) override {
         ++shown;
         m_inner->show(text, icon, title);
@@ -62,6 +65,8 @@ int CliHost::messagesShown() const {
     return static_cast<const CountingMessageBox&>(*m_counting).shown.load();
 }
 
-int exitCodeFor(const CliHost& host) { return host.messagesShown() == 0 ? 0 : 1; }
+int exitCodeFor(const CliHost& host) {
+    return host.messagesShown() == 0 ? 0 : 1;
+}
 
 } // namespace qr::cli

@@ -1,8 +1,8 @@
 #include "service/run_sequence.hpp"
 
 #include "platform/host/module_state.hpp"
-#include "platform/output/preview.hpp"
 #include "platform/output/printer.hpp"
+#include "platform/preview/preview.hpp"
 #include "service/component.hpp"
 
 #include <string_view>

@@ -1,6 +1,7 @@
 #include "platform/engine/report.hpp"
 
 #include "platform/core/error.hpp"
+#include "platform/engine/fill/fill_source.hpp"
 #include "platform/engine/fill/filler.hpp"
 
 #include <mutex>
@@ -116,9 +117,44 @@ void Report::run() {
     }
     m_pages = page::Pages{};
     TextLayout text(*measurer, m_pages);
-    Filler filler(*this, text);
+    Filler filler(fillSource(), text);
     filler.runPages();
     m_lastPageCount = static_cast<int>(m_pages.pages.size());
+}
+
+FillSource Report::fillSource() {
+    return FillSource{m_context.reportName,
+                      m_title,
+                      m_page,
+                      m_sections,
+                      m_controls,
+                      m_formatHandlers,
+                      m_beforePrintHandlers,
+                      m_fields,
+                      m_dataControl,
+                      m_context,
+                      m_pages,
+                      m_running,
+                      m_filler,
+                      [this] {
+                          if (!m_initialized) {
+                              m_initialized = true;
+                              initialize();
+                          }
+                      },
+                      [this] { reportStart(); },
+                      [this](bool& eof) { fetchData(eof); },
+                      [this] { reportEnd(); },
+                      [this](SubReport& box, TextLayout& text, int pageNumber, Band& strip) {
+                          Report& child = *box.report();
+                          if (child.m_running)
+                              throw Error(errc::kComponent, className(),
+                                          className() + ": the sub-report " + box.name() +
+                                              " runs " + child.className() +
+                                              ", which is already running.");
+                          Filler filler(child.fillSource(), text);
+                          filler.runStrip(pageNumber, strip);
+                      }};
 }
 
 int Report::pageNumber() const {

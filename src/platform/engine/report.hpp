@@ -39,6 +39,7 @@
 namespace qr::engine {
 
 class Filler;
+struct FillSource;
 
 /// Install the process-wide text measurer. The service installs the one that the output
 /// renderers draw with, once at start-up; every report without a measurer of its own shares it
@@ -127,6 +128,8 @@ class Report {
     [[noreturn]] void missing(const char* what, std::string_view name) const;
     int sectionIndex(std::string_view name) const;
     void buildRuntime(ReportDesign design);
+    /// What a run of the filler takes from this report and calls back into.
+    FillSource fillSource();
 
     RunContext m_context;
     std::string m_title;
@@ -144,8 +147,6 @@ class Report {
     bool m_running = false;
     int m_lastPageCount = 0;
     const Filler* m_filler = nullptr;
-
-    friend class Filler;
 };
 
 } // namespace qr::engine

@@ -1,19 +1,18 @@
 #include "platform/output/printer.hpp"
 
 #include "platform/core/error.hpp"
-#include "platform/output/gui_application.hpp"
 #include "platform/output/output_error.hpp"
-#include "platform/output/painter_renderer.hpp"
 #include "platform/output/pdf_writer.hpp"
 
-#include <QPageLayout>
-#include <QPageSize>
-#include <QPainter>
-#include <QPrinter>
-#include <QPrinterInfo>
-#include <algorithm>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
+#include <cups/cups.h>
+#include <filesystem>
+#include <memory>
 #include <string_view>
+#include <system_error>
+#include <unistd.h>
 
 namespace qr::output {
 
@@ -25,26 +24,61 @@ constexpr std::string_view kFilePrefix = "file:";
     throw Error(kPrinterError, kPrinterSource, description);
 }
 
-QPrinterInfo choosePrinter(const PrintDestination& destination) {
+struct DestDeleter {
+    void operator()(cups_dest_t* dest) const { cupsFreeDests(1, dest); }
+};
+using Destination = std::unique_ptr<cups_dest_t, DestDeleter>;
+
+// The CUPS queue the job goes to: the named one, or the system's default (which CUPS takes from
+// PRINTER, LPDEST, the user's lpoptions or the server, in that order).
+Destination choosePrinter(const PrintDestination& destination) {
+    // The server is read again from the environment (CUPS_SERVER) for every job, so a host that
+    // changes it between jobs is heard.
+    cupsSetServer(nullptr);
     if (destination.kind == PrintDestination::Kind::NamedPrinter) {
-        QPrinterInfo info = QPrinterInfo::printerInfo(QString::fromStdString(destination.target));
-        if (info.isNull()) {
+        Destination dest(cupsGetNamedDest(CUPS_HTTP_DEFAULT, destination.target.c_str(), nullptr));
+        if (!dest) {
             printerError("The printer \"" + destination.target + "\" named by " + kPrinterVariable +
                          " was not found.");
         }
-        return info;
+        return dest;
     }
-    QPrinterInfo info = QPrinterInfo::defaultPrinter();
-    if (info.isNull()) {
+    Destination dest(cupsGetNamedDest(CUPS_HTTP_DEFAULT, nullptr, nullptr));
+    if (!dest) {
         printerError(std::string("No printer is available: install a printer or set ") +
                      kPrinterVariable + ".");
     }
-    return info;
+    return dest;
 }
 
-QPageLayout::Orientation orientationOf(const page::Page& page) {
-    return page.width > page.height ? QPageLayout::Landscape : QPageLayout::Portrait;
-}
+// A file of its own in the system's temporary folder, removed when this goes out of scope.
+class TemporaryPdf {
+  public:
+    TemporaryPdf(const std::string& printer, const std::string& jobName) {
+        std::error_code error;
+        const std::filesystem::path folder = std::filesystem::temp_directory_path(error);
+        std::string name =
+            (error ? std::filesystem::path("/tmp") : folder) / "quarvex-print-XXXXXX.pdf";
+        const int fd = ::mkstemps(name.data(), 4);
+        if (fd < 0) {
+            printerError("The printer \"" + printer + "\" could not start the job \"" + jobName +
+                         "\": no temporary file for it (" + std::strerror(errno) + ").");
+        }
+        ::close(fd);
+        m_path = name;
+    }
+    ~TemporaryPdf() {
+        std::error_code ignored;
+        std::filesystem::remove(m_path, ignored);
+    }
+    TemporaryPdf(const TemporaryPdf&) = delete;
+    TemporaryPdf& operator=(const TemporaryPdf&) = delete;
+
+    const std::filesystem::path& path() const { return m_path; }
+
+  private:
+    std::filesystem::path m_path;
+};
 
 } // namespace
 
@@ -63,77 +97,39 @@ PrintDestination parsePrinterOverride(const char* value) {
     return {PrintDestination::Kind::NamedPrinter, std::string(text)};
 }
 
-void setUpPrinter(QPrinter& printer, const page::Pages& pages, const std::string& jobName) {
-    printer.setDocName(QString::fromStdString(jobName));
-    printer.setFullPage(true);
-    printer.setCopyCount(1);
-    printer.setPageSize(QPageSize(QPageSize::Letter));
-    printer.setPageOrientation(pages.orientation == page::Orientation::Landscape
-                                   ? QPageLayout::Landscape
-                                   : QPageLayout::Portrait);
-    if (!pages.pages.empty())
-        printer.setPageOrientation(orientationOf(pages.pages.front()));
-    // Painting is full page, so the margins change no position; they tell the print system
-    // where the report keeps its edges clear.
-    const double perPoint = page::kTwipsPerPoint;
-    printer.setPageMargins(QMarginsF(pages.marginLeft / perPoint, pages.marginTop / perPoint,
-                                     pages.marginRight / perPoint, pages.marginBottom / perPoint),
-                           QPageLayout::Point);
-}
-
-void printPageRange(QPrinter& printer, const page::Pages& pages, std::size_t first,
-                    std::size_t last, const std::string& jobName) {
-    if (pages.pages.empty())
-        return;
-    last = std::min(last, pages.pages.size() - 1);
-    first = std::min(first, last);
-    const std::string printerName = printer.printerName().toStdString();
-    printer.setPageOrientation(orientationOf(pages.pages[first]));
-    QPainter painter;
-    if (!painter.begin(&printer)) {
-        printerError("The printer \"" + printerName + "\" could not start the job \"" + jobName +
-                     "\".");
-    }
-    PainterRenderer renderer;
-    for (std::size_t i = first; i <= last; ++i) {
-        const page::Page& page = pages.pages[i];
-        if (i > first) {
-            printer.setPageOrientation(orientationOf(page));
-            if (!printer.newPage()) {
-                painter.end();
-                printerError("The printer \"" + printerName + "\" refused page " +
-                             std::to_string(i + 1) + " of the job \"" + jobName + "\".");
-            }
-        }
-        painter.setTransform(PainterRenderer::twipsToDevice(printer));
-        try {
-            renderer.paint(painter, page, pages.fonts);
-        } catch (...) {
-            printer.abort();
-            painter.end();
-            throw;
-        }
-    }
-    if (!painter.end() || printer.printerState() == QPrinter::Error) {
-        printerError("The printer \"" + printerName + "\" failed to print the job \"" + jobName +
-                     "\".");
-    }
-}
-
 void printPages(const page::Pages& pages, const std::string& jobName) {
     const PrintDestination destination = parsePrinterOverride(std::getenv(kPrinterVariable));
     if (destination.kind == PrintDestination::Kind::PdfFile) {
         writePdf(pages, destination.target);
         return;
     }
-    ensureGuiApplication();
-    const QPrinterInfo info = choosePrinter(destination);
+    const Destination printer = choosePrinter(destination);
     if (pages.pages.empty())
         return;
+    const std::string printerName = printer->name;
 
-    QPrinter printer(info, QPrinter::HighResolution);
-    setUpPrinter(printer, pages, jobName);
-    printPageRange(printer, pages, 0, pages.pages.size() - 1, jobName);
+    TemporaryPdf job(printerName, jobName);
+    try {
+        writePdf(pages, job.path());
+    } catch (const Error& e) {
+        printerError("The printer \"" + printerName + "\" could not start the job \"" + jobName +
+                     "\": " + e.description());
+    }
+
+    // Letter paper and one copy; each PDF page carries its own size, so a landscape page is
+    // turned onto the paper by the print system.
+    int optionCount = 0;
+    cups_option_t* options = nullptr;
+    optionCount = cupsAddOption(CUPS_MEDIA, CUPS_MEDIA_LETTER, optionCount, &options);
+    optionCount = cupsAddOption(CUPS_COPIES, "1", optionCount, &options);
+    const int jobId = cupsPrintFile2(CUPS_HTTP_DEFAULT, printer->name, job.path().c_str(),
+                                     jobName.c_str(), optionCount, options);
+    cupsFreeOptions(optionCount, options);
+    if (jobId <= 0) {
+        const char* reason = cupsLastErrorString();
+        printerError("The printer \"" + printerName + "\" failed to print the job \"" + jobName +
+                     "\"" + (reason && *reason ? std::string(": ") + reason : std::string()) + ".");
+    }
 }
 
 } // namespace qr::output

@@ -12,8 +12,6 @@
 #include <cstddef>
 #include <string>
 
-class QPrinter;
-
 namespace qr::output {
 
 inline constexpr const char* kPrinterVariable = "QUARVEX_PRINTER";
@@ -29,25 +27,12 @@ struct PrintDestination {
 /// qr::Error for "file:" without a path.
 PrintDestination parsePrinterOverride(const char* value);
 
-/// Sets `printer` up for `pages`: Letter paper, the first page's orientation (the report's
-/// when there are no pages), the report's margins recorded in the page layout, full-page
-/// painting (the items' own coordinates, no printer margins added), one copy, the job named
-/// `jobName`.
-void setUpPrinter(QPrinter& printer, const page::Pages& pages, const std::string& jobName);
-
-/// Paints pages `first` to `last` (from 0, both included, held within the pages) on `printer`,
-/// each page in its own orientation, as one job; the printer is set up already (the print
-/// dialog may have changed it). Raises qr::Error (482) naming the printer and the job when the
-/// job cannot start, a page is refused or the job fails, and what the renderer raises (the
-/// job is then aborted). Nothing is sent without pages.
-void printPageRange(QPrinter& printer, const page::Pages& pages, std::size_t first,
-                    std::size_t last, const std::string& jobName);
-
-/// Prints all pages on Letter paper in the pages' orientation, full page (the items' own
-/// coordinates, no printer margins added), one copy, no dialog, the job named `jobName`.
+/// Prints all pages on Letter paper, each page in its own orientation, one copy, no dialog,
+/// the job named `jobName`. The pages go to the print system (CUPS) as a PDF, exactly as the PDF
+/// export writes them, through a temporary file that is removed once the job is submitted.
 /// Raises qr::Error (482) when no printer is available, when the printer named by the override
-/// does not exist, or when the job fails; a file destination raises what writePdf raises.
-/// An empty page collection sends no job.
+/// does not exist, or when the job cannot be written or submitted (naming the printer and the
+/// job); a file destination raises what writePdf raises. An empty page collection sends no job.
 void printPages(const page::Pages& pages, const std::string& jobName);
 
 } // namespace qr::output

@@ -6,6 +6,7 @@
 #include "platform/output/cairo_text_measurer.hpp"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -134,6 +135,36 @@ inline std::vector<std::string> folderContents(const std::filesystem::path& fold
     }
     std::sort(names.begin(), names.end());
     return names;
+}
+
+/// A box of ink in a picture of a page, in pixels.
+struct InkBox {
+    int left = 0, top = 0, right = -1, bottom = -1; // inclusive; empty when right < left
+    bool empty() const { return right < left; }
+};
+
+inline int luminance(std::uint32_t argb) {
+    return (((argb >> 16) & 0xFF) * 30 + ((argb >> 8) & 0xFF) * 59 + (argb & 0xFF) * 11) / 100;
+}
+
+inline bool isDark(std::uint32_t argb) {
+    return luminance(argb) < 128;
+}
+
+// The bounding box of the ink inside a region given in pixels.
+template <typename PixelAt> InkBox inkBox(PixelAt pixelAt, int x0, int y0, int x1, int y1) {
+    InkBox box{x1, y1, x0 - 1, y0 - 1};
+    for (int y = y0; y < y1; ++y) {
+        for (int x = x0; x < x1; ++x) {
+            if (!isDark(pixelAt(x, y)))
+                continue;
+            box.left = std::min(box.left, x);
+            box.top = std::min(box.top, y);
+            box.right = std::max(box.right, x);
+            box.bottom = std::max(box.bottom, y);
+        }
+    }
+    return box;
 }
 
 } // namespace qr::test

@@ -3,10 +3,11 @@
 #include "platform/core/convert.hpp"
 #include "platform/core/error.hpp"
 #include "platform/core/number_format.hpp"
-#include "platform/engine/report.hpp"
+#include "platform/engine/fill/fill_source.hpp"
 
 #include <algorithm>
 #include <climits>
+#include <utility>
 
 namespace qr::engine {
 
@@ -49,10 +50,10 @@ class RunGuard {
 
 } // namespace
 
-Filler::Filler(Report& report, TextLayout& text)
-    : m_report(report), m_text(text),
+Filler::Filler(FillSource source, TextLayout& text)
+    : m_source(std::move(source)), m_text(text),
       m_builder(text, [this](SubReport& box, Band& strip) { runSubReport(box, strip); }) {
-    for (const auto& section : report.m_sections) {
+    for (const auto& section : m_source.sections) {
         Section* s = section.get();
         switch (s->kind()) {
         case SectionKind::ReportHeader:
@@ -86,33 +87,30 @@ Filler::Filler(Report& report, TextLayout& text)
 // ---- The run --------------------------------------------------------------------------------
 
 void Filler::runPages() {
-    RunGuard guard(m_report.m_running, m_report.m_filler, this);
-    m_pages = &m_report.m_pages;
+    RunGuard guard(m_source.running, m_source.current, this);
+    m_pages = &m_source.pages;
     run();
 }
 
 void Filler::runStrip(int pageNumber, Band& strip) {
-    RunGuard guard(m_report.m_running, m_report.m_filler, this);
+    RunGuard guard(m_source.running, m_source.current, this);
     m_strip = &strip;
     m_pageNumber = pageNumber;
     run();
 }
 
 void Filler::run() {
-    if (!m_report.m_initialized) {
-        m_report.m_initialized = true;
-        m_report.initialize();
-    }
+    m_source.initializeOnce();
     m_summaries.clear();
-    m_report.reportStart();
+    m_source.reportStart();
     startData();
     const bool haveRow = fetchRow(true);
     setUpGroups(haveRow);
     setUpSummaries(haveRow);
 
-    const PageSettings& settings = m_report.pageSettings();
+    const PageSettings& settings = m_source.page;
     if (m_pages) {
-        m_pages->title = m_report.title();
+        m_pages->title = m_source.title;
         m_pages->orientation = settings.orientation;
         m_pages->marginLeft = settings.marginLeft;
         m_pages->marginTop = settings.marginTop;
@@ -136,12 +134,12 @@ void Filler::run() {
     } else {
         m_strip->height = m_paginator.cursor();
     }
-    m_report.reportEnd();
+    m_source.reportEnd();
 }
 
 void Filler::startData() {
-    Fields& fields = m_report.m_fields;
-    RowCursor* rows = m_report.m_dataControl.recordset();
+    Fields& fields = m_source.fields;
+    RowCursor* rows = m_source.data.recordset();
     m_bound = rows != nullptr;
     if (m_bound)
         fields.bindColumns(*rows);
@@ -153,7 +151,7 @@ void Filler::startData() {
 void Filler::resetControls() {
     // Field positions and font indices belong to one run (the columns and the font table are
     // new each time).
-    for (const auto& control : m_report.m_controls) {
+    for (const auto& control : m_source.controls) {
         control->m_fontIndex = -1;
         if (control->kind() == ControlKind::TextBox) {
             auto& box = static_cast<TextBox&>(*control);
@@ -166,9 +164,9 @@ void Filler::resetControls() {
 }
 
 int Filler::resolveField(const std::string& field, bool haveRow, const std::string& user) {
-    const int index = m_report.m_fields.indexOf(field);
+    const int index = m_source.fields.indexOf(field);
     if (index < 0 && haveRow) {
-        const std::string& name = m_report.className();
+        const std::string& name = m_source.className;
         throw Error(errc::kComponent, name,
                     name + ": " + user + " uses the field " + field + ", which is " +
                         (m_bound ? "not a column of the data source." : "not a report field."));
@@ -186,7 +184,7 @@ void Filler::setUpGroups(bool haveRow) {
 }
 
 void Filler::setUpSummaries(bool haveRow) {
-    for (const auto& control : m_report.m_controls) {
+    for (const auto& control : m_source.controls) {
         if (control->kind() != ControlKind::TextBox)
             continue;
         auto& box = static_cast<TextBox&>(*control);
@@ -206,11 +204,11 @@ void Filler::setUpSummaries(bool haveRow) {
 // ---- Rows and groups ------------------------------------------------------------------------
 
 bool Filler::fetchRow(bool first) {
-    Fields& fields = m_report.m_fields;
+    Fields& fields = m_source.fields;
     fields.beginRow();
-    ++m_report.m_context.rowSerial;
+    ++m_source.context.rowSerial;
     if (m_bound) {
-        RowCursor* rows = m_report.m_dataControl.recordset();
+        RowCursor* rows = m_source.data.recordset();
         if (rows == nullptr)
             return false;
         if (!first)
@@ -219,18 +217,18 @@ bool Filler::fetchRow(bool first) {
             return false;
         fields.loadRow(*rows);
         bool eof = false; // a bound report's rows end with its recordset
-        m_report.fetchData(eof);
+        m_source.fetchData(eof);
         return true;
     }
     // An unbound report delivers a row by filling its fields; it ends the rows by setting the
     // flag, and that call delivers none.
     bool eof = false;
-    m_report.fetchData(eof);
+    m_source.fetchData(eof);
     return !eof;
 }
 
 int Filler::breakLevel() const {
-    const Fields& fields = m_report.m_fields;
+    const Fields& fields = m_source.fields;
     for (size_t g = 0; g < m_groups.size(); ++g) {
         const int f = m_groups[g].field;
         if (f >= 0 && !sameGroupValue(fields.m_current[f], fields.m_previous[f]))
@@ -245,14 +243,14 @@ void Filler::printGroupHeader(size_t group) {
 }
 
 void Filler::processRows(bool haveRow) {
-    Fields& fields = m_report.m_fields;
+    Fields& fields = m_source.fields;
     if (!haveRow)
         return;
     for (size_t g = 0; g < m_groups.size(); ++g)
         printGroupHeader(g);
     const int groupCount = static_cast<int>(m_groups.size());
     while (true) {
-        m_summaries.accumulate(fields, m_report.className());
+        m_summaries.accumulate(fields, m_source.className);
         printSection(m_detail);
         haveRow = fetchRow(false);
         const int level = haveRow ? breakLevel() : 0;
@@ -273,7 +271,7 @@ void Filler::processRows(bool haveRow) {
 // ---- Sections -------------------------------------------------------------------------------
 
 void Filler::bindSection(Section& section) {
-    const Fields& fields = m_report.m_fields;
+    const Fields& fields = m_source.fields;
     for (Control* control : section.controls()) {
         if (control->kind() == ControlKind::TextBox) {
             auto& box = static_cast<TextBox&>(*control);
@@ -291,7 +289,7 @@ void Filler::bindSection(Section& section) {
             }
         } else if (control->kind() == ControlKind::CheckBox) {
             auto& box = static_cast<CheckBox&>(*control);
-            if (box.m_setAt == m_report.m_context.rowSerial)
+            if (box.m_setAt == m_source.context.rowSerial)
                 continue;
             if (box.m_fieldIndex == -2)
                 box.m_fieldIndex = box.dataField().empty() ? -1 : fields.indexOf(box.dataField());
@@ -304,12 +302,12 @@ void Filler::bindSection(Section& section) {
 }
 
 void Filler::raiseFormat(Section& section) {
-    if (const auto& handler = m_report.m_formatHandlers[section.index()])
+    if (const auto& handler = m_source.formatHandlers[section.index()])
         handler();
 }
 
 void Filler::raiseBeforePrint(Section& section) {
-    if (const auto& handler = m_report.m_beforePrintHandlers[section.index()])
+    if (const auto& handler = m_source.beforePrintHandlers[section.index()])
         handler();
 }
 
@@ -369,7 +367,7 @@ Paginator::Decision Filler::decide(const Section& section, const Band& band) con
 }
 
 void Filler::placeFlow(Section& section, Band& band) {
-    const int left = m_pages ? m_report.pageSettings().marginLeft : 0;
+    const int left = m_pages ? m_source.page.marginLeft : 0;
     while (true) {
         if (!m_pages || m_paginator.fits(band.height)) {
             putOnPage(section, band, band.height);
@@ -405,7 +403,7 @@ void Filler::putOnPage(const Section& section, Band& band, int advance) {
     const bool holds = section.kind() == SectionKind::Detail ||
                        (section.kind() == SectionKind::GroupFooter && m_holding);
     if (m_pages == nullptr || !holds) {
-        emit(band, m_pages ? m_report.pageSettings().marginLeft : 0, top);
+        emit(band, m_pages ? m_source.page.marginLeft : 0, top);
         return;
     }
     // A detail line waits at the foot of the page until the next band is known: a group footer
@@ -424,7 +422,7 @@ void Filler::releaseHeld() {
     if (!m_holding)
         return;
     m_holding = false;
-    emit(m_held, m_report.pageSettings().marginLeft, m_heldTop);
+    emit(m_held, m_source.page.marginLeft, m_heldTop);
 }
 
 void Filler::carryHeldOver() {
@@ -440,7 +438,7 @@ void Filler::carryHeldOver() {
 
 void Filler::placeColumns(Section& section, Band& band) {
     const SectionDesign& s = section.settings();
-    const int printWidth = m_report.pageSettings().printWidth;
+    const int printWidth = m_source.page.printWidth;
     ColumnSpec spec{s.columnCount, s.columnWidth, s.columnSpacing, s.columnDirection};
     if (spec.width <= 0)
         spec.width = (printWidth - spec.spacing * (spec.count - 1)) / spec.count;
@@ -451,7 +449,7 @@ void Filler::placeColumns(Section& section, Band& band) {
     }
     raiseBeforePrint(section);
     m_builder.refresh(band);
-    const int left = m_pages ? m_report.pageSettings().marginLeft : 0;
+    const int left = m_pages ? m_source.page.marginLeft : 0;
     emit(band, left + slot.x, slot.y);
 }
 
@@ -505,11 +503,11 @@ void Filler::recordCut(int pageNumber, const page::TextItem& item, const std::st
 // ---- Pages ----------------------------------------------------------------------------------
 
 void Filler::checkPageRoom() const {
-    const PageSettings& s = m_report.pageSettings();
+    const PageSettings& s = m_source.page;
     const int header = m_pageHeader && m_pageHeader->visible() ? m_pageHeader->height() : 0;
     const int footer = m_pageFooter && m_pageFooter->visible() ? m_pageFooter->height() : 0;
     if (s.marginTop + header + footer >= m_pageHeight - s.marginBottom) {
-        const std::string& name = m_report.className();
+        const std::string& name = m_source.className;
         throw Error(errc::kComponent, name,
                     name + ": the margins, page header and page footer leave no room for the "
                            "body of the page.");
@@ -523,7 +521,7 @@ void Filler::startPage() {
     page.height = m_pageHeight;
     page.items.reserve(m_itemsPerPage);
     m_pages->pages.push_back(std::move(page));
-    const PageSettings& s = m_report.pageSettings();
+    const PageSettings& s = m_source.page;
     const int footer = m_pageFooter && m_pageFooter->visible() ? m_pageFooter->height() : 0;
     m_paginator.beginPage(s.marginTop, m_pageHeight - s.marginBottom - footer);
     m_pageHeaderDone = false;
@@ -548,7 +546,7 @@ void Filler::printPageHeader() {
     m_builder.refresh(m_pageBand);
     const int height = m_pageBand.height;
     const bool freshPage = m_paginator.atTop();
-    emit(m_pageBand, m_report.pageSettings().marginLeft, m_paginator.cursor());
+    emit(m_pageBand, m_source.page.marginLeft, m_paginator.cursor());
     // On a fresh page the body starts under the header: a band standing there is at the top
     // of the page. (On the first page the report header stands above it.)
     if (freshPage)
@@ -566,7 +564,7 @@ void Filler::finishPage() {
             m_builder.build(*m_pageFooter, m_pageBand);
             raiseBeforePrint(*m_pageFooter);
             m_builder.refresh(m_pageBand);
-            const PageSettings& s = m_report.pageSettings();
+            const PageSettings& s = m_source.page;
             emit(m_pageBand, s.marginLeft, m_pageHeight - s.marginBottom - m_pageBand.height);
         }
     }
@@ -596,13 +594,7 @@ void Filler::resolvePageCounts() {
 // ---- Sub-reports ----------------------------------------------------------------------------
 
 void Filler::runSubReport(SubReport& box, Band& strip) {
-    Report& child = *box.report();
-    if (child.m_running)
-        throw Error(errc::kComponent, m_report.className(),
-                    m_report.className() + ": the sub-report " + box.name() + " runs " +
-                        child.className() + ", which is already running.");
-    Filler filler(child, m_text);
-    filler.runStrip(m_pageNumber, strip);
+    m_source.runSubReport(box, m_text, m_pageNumber, strip);
 }
 
 } // namespace qr::engine

@@ -7,6 +7,7 @@
 
 #include "platform/engine/fill/band.hpp"
 #include "platform/engine/fill/band_builder.hpp"
+#include "platform/engine/fill/fill_source.hpp"
 #include "platform/engine/fill/paginator.hpp"
 #include "platform/engine/fill/summaries.hpp"
 #include "platform/engine/fill/text_layout.hpp"
@@ -17,14 +18,11 @@
 
 namespace qr::engine {
 
-class Report;
-class Section;
-
 class Filler {
   public:
-    /// Fills `report`, laying text out with `text` (whose font table is the page collection
-    /// the items will belong to).
-    Filler(Report& report, TextLayout& text);
+    /// Fills the report `source` gives, laying text out with `text` (whose font table is the
+    /// page collection the items will belong to).
+    Filler(FillSource source, TextLayout& text);
     Filler(const Filler&) = delete;
     Filler& operator=(const Filler&) = delete;
 
@@ -94,7 +92,7 @@ class Filler {
 
     void runSubReport(SubReport& box, Band& strip);
 
-    Report& m_report;
+    FillSource m_source;
     TextLayout& m_text;
     BandBuilder m_builder;
     Paginator m_paginator;

@@ -1,4 +1,4 @@
-#include "platform/output/preview_thumbnails.hpp"
+#include "platform/preview/preview_thumbnails.hpp"
 
 #include <QPainter>
 #include <QStyle>

@@ -12,10 +12,10 @@
 // Pages scroll continuously; only what comes into view is drawn.
 
 #include "platform/engine/page/page.hpp"
-#include "platform/output/painter_renderer.hpp"
-#include "platform/output/preview.hpp"
-#include "platform/output/preview_layout.hpp"
-#include "platform/output/preview_search.hpp"
+#include "platform/preview/painter_renderer.hpp"
+#include "platform/preview/preview.hpp"
+#include "platform/preview/preview_layout.hpp"
+#include "platform/preview/preview_search.hpp"
 
 #include <QDialog>
 #include <QString>

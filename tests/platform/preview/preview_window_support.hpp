@@ -3,8 +3,8 @@
 // keys sent the way a keyboard sends them (shortcuts included), modal dialogs found and driven
 // from inside their own event loop, and waits that give up instead of hanging.
 
-#include "output_test_support.hpp"
-#include "platform/output/gui_application.hpp"
+#include "platform/output/output_test_support.hpp"
+#include "platform/preview/gui_application.hpp"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -57,8 +57,8 @@ class WindowTestSession {
             return;
         std::string display = std::getenv(kXvfbVariable) ? std::getenv(kXvfbVariable) : "";
         std::replace(display.begin(), display.end(), ':', '-');
-        const auto lock = std::filesystem::temp_directory_path() /
-                          ("quarvex-window-tests" + display + ".lock");
+        const auto lock =
+            std::filesystem::temp_directory_path() / ("quarvex-window-tests" + display + ".lock");
         m_lock = ::open(lock.c_str(), O_CREAT | O_RDWR, 0666);
         if (m_lock >= 0)
             ::flock(m_lock, LOCK_EX);

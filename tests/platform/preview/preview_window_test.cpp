@@ -1,10 +1,10 @@
 // The preview window driven the way a user drives it: keys, the page box, the zoom box, the find
 // bar, the side panel and the export dialogs, and checked by what it shows. Under ./run test the
 // windows are on a private Xvfb display.
-#include "output_test_support.hpp"
-#include "platform/output/preview_page_view.hpp"
-#include "platform/output/preview_thumbnails.hpp"
-#include "platform/output/preview_window.hpp"
+#include "platform/output/output_test_support.hpp"
+#include "platform/preview/preview_page_view.hpp"
+#include "platform/preview/preview_thumbnails.hpp"
+#include "platform/preview/preview_window.hpp"
 #include "preview_window_support.hpp"
 #include "support/temp_dir.hpp"
 

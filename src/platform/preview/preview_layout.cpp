@@ -1,4 +1,4 @@
-#include "platform/output/preview_layout.hpp"
+#include "platform/preview/preview_layout.hpp"
 
 #include "platform/engine/page/page.hpp"
 

@@ -1,9 +1,9 @@
 // The platform's message boxes and the choice between the preview window and the headless
 // preview.
-#include "platform/output/desktop_session.hpp"
-#include "platform/output/message_box.hpp"
-#include "platform/output/preview.hpp"
-#include "platform/output/preview_window.hpp"
+#include "platform/preview/desktop_session.hpp"
+#include "platform/preview/message_box.hpp"
+#include "platform/preview/preview.hpp"
+#include "platform/preview/preview_window.hpp"
 #include "preview_window_support.hpp"
 
 #include <QMessageBox>

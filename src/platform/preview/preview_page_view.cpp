@@ -1,4 +1,4 @@
-#include "platform/output/preview_page_view.hpp"
+#include "platform/preview/preview_page_view.hpp"
 
 #include "platform/core/error.hpp"
 

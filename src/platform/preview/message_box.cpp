@@ -1,7 +1,7 @@
-#include "platform/output/message_box.hpp"
+#include "platform/preview/message_box.hpp"
 
-#include "platform/output/desktop_session.hpp"
-#include "platform/output/gui_application.hpp"
+#include "platform/preview/desktop_session.hpp"
+#include "platform/preview/gui_application.hpp"
 
 #include <QMessageBox>
 #include <QString>

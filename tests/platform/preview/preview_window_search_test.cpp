@@ -1,7 +1,7 @@
 // Finding text in pages for the preview's find bar: what is found, in which order, and where the
 // highlight goes.
-#include "output_test_support.hpp"
-#include "platform/output/preview_search.hpp"
+#include "platform/output/output_test_support.hpp"
+#include "platform/preview/preview_search.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
-#include "platform/output/preview_window.hpp"
+#include "platform/preview/preview_window.hpp"
 
 #include "platform/core/error.hpp"
-#include "platform/output/gui_application.hpp"
 #include "platform/output/pdf_writer.hpp"
-#include "platform/output/preview_page_view.hpp"
-#include "platform/output/preview_thumbnails.hpp"
-#include "platform/output/printer.hpp"
 #include "platform/output/workbook.hpp"
+#include "platform/preview/gui_application.hpp"
+#include "platform/preview/painter_printing.hpp"
+#include "platform/preview/preview_page_view.hpp"
+#include "platform/preview/preview_thumbnails.hpp"
 
 #include <QAction>
 #include <QComboBox>

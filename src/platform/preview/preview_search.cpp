@@ -1,4 +1,4 @@
-#include "platform/output/preview_search.hpp"
+#include "platform/preview/preview_search.hpp"
 
 #include <algorithm>
 

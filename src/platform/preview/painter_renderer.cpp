@@ -1,8 +1,8 @@
-#include "platform/output/painter_renderer.hpp"
+#include "platform/preview/painter_renderer.hpp"
 
 #include "platform/core/error.hpp"
-#include "platform/output/gui_application.hpp"
 #include "platform/output/output_error.hpp"
+#include "platform/preview/gui_application.hpp"
 
 #include <QFont>
 #include <QGlyphRun>

@@ -5,9 +5,9 @@
 // ahead, so a report of thousands of pages opens as fast as one of a few.
 
 #include "platform/engine/page/page.hpp"
-#include "platform/output/painter_renderer.hpp"
-#include "platform/output/preview_layout.hpp"
-#include "platform/output/preview_search.hpp"
+#include "platform/preview/painter_renderer.hpp"
+#include "platform/preview/preview_layout.hpp"
+#include "platform/preview/preview_search.hpp"
 
 #include <QAbstractScrollArea>
 #include <QColor>

@@ -4,7 +4,7 @@
 // pages never scrolled to.
 
 #include "platform/engine/page/page.hpp"
-#include "platform/output/painter_renderer.hpp"
+#include "platform/preview/painter_renderer.hpp"
 
 #include <QAbstractListModel>
 #include <QCache>

@@ -1,4 +1,4 @@
-#include "platform/output/gui_application.hpp"
+#include "platform/preview/gui_application.hpp"
 
 #include "platform/core/error.hpp"
 #include "platform/output/output_error.hpp"

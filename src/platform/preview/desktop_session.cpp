@@ -1,6 +1,6 @@
-#include "platform/output/desktop_session.hpp"
+#include "platform/preview/desktop_session.hpp"
 
-#include "platform/output/gui_application.hpp"
+#include "platform/preview/gui_application.hpp"
 
 #include <QCoreApplication>
 #include <QGuiApplication>

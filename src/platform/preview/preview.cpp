@@ -1,10 +1,10 @@
-#include "platform/output/preview.hpp"
+#include "platform/preview/preview.hpp"
 
 #include "platform/core/error.hpp"
-#include "platform/output/desktop_session.hpp"
 #include "platform/output/output_error.hpp"
 #include "platform/output/pdf_writer.hpp"
-#include "platform/output/preview_window.hpp"
+#include "platform/preview/desktop_session.hpp"
+#include "platform/preview/preview_window.hpp"
 
 #include <cctype>
 #include <cerrno>

@@ -1,9 +1,9 @@
 // The arithmetic behind the preview window: where pages go at a zoom, which page is being read,
 // how zooming steps, how the find bar moves between matches, and when windows may be shown.
 #include "platform/engine/page/page.hpp"
-#include "platform/output/desktop_session.hpp"
-#include "platform/output/preview_layout.hpp"
-#include "platform/output/preview_search.hpp"
+#include "platform/preview/desktop_session.hpp"
+#include "platform/preview/preview_layout.hpp"
+#include "platform/preview/preview_search.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "output_test_support.hpp"
 #include "platform/core/error.hpp"
-#include "platform/output/preview.hpp"
+#include "platform/output/output_test_support.hpp"
+#include "platform/preview/preview.hpp"
 #include "support/temp_dir.hpp"
 
 #include <fstream>
