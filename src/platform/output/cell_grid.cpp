@@ -631,6 +631,7 @@ class GridBuilder {
 
     void fillCells() {
         m_grid.cells.reserve(m_placed.size());
+        m_rooms.reserve(m_placed.size()); // grown by doubling it would hold half as much again
         std::vector<RowEntry> row;
         for (std::size_t begin = 0; begin < m_placed.size();) {
             row.clear();
