@@ -95,6 +95,8 @@ class GridBuilder {
         placeRows();
         assignColumns();
         fillCells();
+        // The placements are done with: a long report's take as much as its cells.
+        std::vector<Placed>().swap(m_placed);
         giveRoom(m_grid, m_rooms);
         m_grid.texts.assign(std::make_move_iterator(m_texts.begin()),
                             std::make_move_iterator(m_texts.end()));
