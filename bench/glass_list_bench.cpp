@@ -18,6 +18,7 @@
 #include <ctime>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <string>
 
 namespace {
@@ -209,12 +210,23 @@ void summaryLine(const char* self, long lines) {
 
 } // namespace
 
+void withGlassListPages(long lines, const std::function<void(const qr::page::Pages&)>& use) {
+    installMeasurer();
+    BenchGlassList report(lines);
+    report.run();
+    use(report.pages());
+}
+
 void printGlassLabelsRate();     // glass_labels_bench.cpp
 void printMultiElevationRates(); // multi_elevation_bench.cpp
+void printPipelineFigures();      // pipeline_bench.cpp
+int pipelineChild(const std::string& arg);
 
 int main(int argc, char** argv) {
     if (argc == 2 && std::string(argv[1]).rfind("--qr-child=", 0) == 0)
         return childRun(std::stol(std::string(argv[1]).substr(11)));
+    if (argc == 2 && std::string(argv[1]).rfind("--qr-e2e=", 0) == 0)
+        return pipelineChild(argv[1]);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     benchmark::RunSpecifiedBenchmarks();
@@ -223,5 +235,6 @@ int main(int argc, char** argv) {
     for (long lines : {1000L, 10000L, 100000L}) summaryLine("/proc/self/exe", lines);
     printGlassLabelsRate();
     printMultiElevationRates();
+    printPipelineFigures();
     return 0;
 }

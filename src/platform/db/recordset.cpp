@@ -64,6 +64,8 @@ Recordset::Recordset(std::shared_ptr<detail::Session> session, const std::string
 Recordset::~Recordset() = default;
 
 void Recordset::readRows(const std::string& sql) {
+    // The session's queries read forward only, so the driver holds one row at a time and the
+    // packed copy below is the only one of the whole result.
     QSqlQuery query = m_session->run(sql);
     const QSqlRecord record = query.record();
     const int count = record.count();
@@ -74,16 +76,40 @@ void Recordset::readRows(const std::string& sql) {
         m_index.emplace(lowerCase(name), static_cast<std::size_t>(i)); // the first of a name wins
         m_columns.push_back(std::move(name));
     }
+    m_values = RowStore(m_columns.size());
+    if (!m_table.empty())
+        m_whereColumns = whereColumns();
+    m_raw = RowStore(m_whereColumns.size());
     const bool keepRaw = !m_table.empty();
     while (query.next()) {
-        for (int i = 0; i < count; ++i) {
-            QVariant raw = query.value(i);
-            m_values.push_back(fromDriverValue(raw, m_kinds[i], m_declared[i]));
-            if (keepRaw)
-                m_raw.push_back(std::move(raw));
+        m_values.beginRow();
+        for (int i = 0; i < count; ++i)
+            m_values.append(fromDriverValue(query.value(i), m_kinds[i], m_declared[i]));
+        if (keepRaw) {
+            m_raw.beginRow();
+            for (std::size_t column : m_whereColumns)
+                m_raw.append(query.value(static_cast<int>(column)));
         }
         ++m_rowCount;
     }
+    m_values.shrinkToFit();
+    m_raw.shrinkToFit();
+}
+
+std::vector<std::size_t> Recordset::whereColumns() const {
+    std::vector<std::size_t> columns;
+    for (const std::string& key : m_session->primaryKey(m_table)) {
+        auto found = m_index.find(lowerCase(key));
+        if (found == m_index.end()) {
+            columns.clear();
+            break;
+        }
+        columns.push_back(found->second);
+    }
+    if (columns.empty())
+        for (std::size_t c = 0; c < m_columns.size(); ++c)
+            columns.push_back(c);
+    return columns;
 }
 
 bool Recordset::eof() const {
@@ -144,7 +170,7 @@ Variant Recordset::value(std::string_view name) const {
     requireCurrentRow();
     if (auto pending = m_pending.find(column); pending != m_pending.end())
         return asStored(column, pending->second);
-    return m_values[m_row * m_columns.size() + column];
+    return m_values.value(m_row, column);
 }
 
 void Recordset::close() {
@@ -174,12 +200,12 @@ Variant Recordset::asStored(std::size_t column, const Variant& value) const {
     return fromDriverValue(toBindValue(value, dateAsText), m_kinds[column], m_declared[column]);
 }
 
-std::string Recordset::whereClause(const std::vector<std::size_t>& keyColumns,
-                                   QVariantList& params) const {
+std::string Recordset::whereClause(QVariantList& params) const {
     const QSqlDriver* driver = m_session->database().driver();
     std::string where;
-    for (std::size_t column : keyColumns) {
-        const QVariant& original = m_raw[m_row * m_columns.size() + column];
+    for (std::size_t w = 0; w < m_whereColumns.size(); ++w) {
+        const std::size_t column = m_whereColumns[w];
+        const QVariant original = m_raw.raw(m_row, w);
         const std::string name =
             driver
                 ->escapeIdentifier(QString::fromStdString(m_columns[column]), QSqlDriver::FieldName)
@@ -228,19 +254,7 @@ void Recordset::update() {
         }
     }
 
-    std::vector<std::size_t> whereColumns;
-    for (const std::string& key : m_session->primaryKey(m_table)) {
-        auto found = m_index.find(lowerCase(key));
-        if (found == m_index.end()) {
-            whereColumns.clear();
-            break;
-        }
-        whereColumns.push_back(found->second);
-    }
-    if (whereColumns.empty())
-        for (std::size_t c = 0; c < m_columns.size(); ++c)
-            whereColumns.push_back(c);
-    sql += " WHERE " + whereClause(whereColumns, params);
+    sql += " WHERE " + whereClause(params);
 
     // Run alone in a transaction, so that an update that would touch several rows touches none.
     QSqlDatabase db = m_session->database();
@@ -266,11 +280,12 @@ void Recordset::update() {
     if (ownTransaction && !db.commit())
         m_session->fail(db.lastError());
 
-    const std::size_t base = m_row * m_columns.size();
     for (const auto& [column, value] : m_pending)
-        m_values[base + column] = asStored(column, value);
-    for (auto& [column, bound] : written)
-        m_raw[base + column] = std::move(bound);
+        m_values.set(m_row, column, asStored(column, value));
+    for (const auto& [column, bound] : written)
+        for (std::size_t w = 0; w < m_whereColumns.size(); ++w)
+            if (m_whereColumns[w] == column)
+                m_raw.set(m_row, w, bound);
     m_pending.clear();
 }
 

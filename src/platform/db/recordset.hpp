@@ -16,6 +16,7 @@
 // - Moving to the next row with changes pending updates first, as the classic library did.
 
 #include "platform/core/rows.hpp"
+#include "platform/db/row_store.hpp"
 
 #include <QMetaType>
 #include <QVariant>
@@ -76,7 +77,9 @@ class Recordset : public RowCursor {
     /// p-column reads as Double, a Currency written to it as its decimal value).
     Variant asStored(std::size_t column, const Variant& value) const;
     void readRows(const std::string& sql);
-    std::string whereClause(const std::vector<std::size_t>& keyColumns, QVariantList& params) const;
+    /// The columns an update finds its row by.
+    std::vector<std::size_t> whereColumns() const;
+    std::string whereClause(QVariantList& params) const;
 
     std::shared_ptr<detail::Session> m_session; // kept only while the recordset can write
     std::string m_source;
@@ -85,8 +88,11 @@ class Recordset : public RowCursor {
     std::vector<ColumnKind> m_kinds;
     std::vector<QMetaType> m_declared;
     std::unordered_map<std::string, std::size_t> m_index; // lower-cased name -> column
-    std::vector<Variant> m_values;                        // rows * columns
-    std::vector<QVariant> m_raw; // as read from the driver; only for updatable recordsets
+    RowStore m_values; // every row, packed
+    /// The values an update finds its row by (the primary key's columns, or every column of a
+    /// table without one) as read from the driver; only for updatable recordsets.
+    RowStore m_raw;
+    std::vector<std::size_t> m_whereColumns;
     std::map<std::size_t, Variant> m_pending;
     std::size_t m_rowCount = 0;
     std::size_t m_row = 0;

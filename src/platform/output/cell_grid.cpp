@@ -95,6 +95,8 @@ class GridBuilder {
         placeRows();
         assignColumns();
         fillCells();
+        // The placements are done with: a long report's take as much as its cells.
+        std::vector<Placed>().swap(m_placed);
         giveRoom(m_grid, m_rooms);
         m_grid.texts.assign(std::make_move_iterator(m_texts.begin()),
                             std::make_move_iterator(m_texts.end()));
@@ -631,6 +633,7 @@ class GridBuilder {
 
     void fillCells() {
         m_grid.cells.reserve(m_placed.size());
+        m_rooms.reserve(m_placed.size()); // grown by doubling it would hold half as much again
         std::vector<RowEntry> row;
         for (std::size_t begin = 0; begin < m_placed.size();) {
             row.clear();

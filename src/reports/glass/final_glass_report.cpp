@@ -258,11 +258,9 @@ void FinalGlassReport::reportFooterBeforePrint() {
 // ---- Report end -----------------------------------------------------------------------------
 
 void FinalGlassReport::reportEnd() {
-    // The glass rows are done with once the pages are, whatever the exports do.
-    struct CloseRows {
-        engine::DataControl& rows;
-        ~CloseRows() { rows.close(); }
-    } close{dataControl()};
+    // The glass rows are done with once the pages are: let them go before the exports, which
+    // see only the pages and need memory of their own for a long job.
+    dataControl().close();
     exportAtReportEnd(pages(), data().Job.JobName, ShouldExportToExcel, ShouldExportToPdf,
                       m_options.suffixes);
 }

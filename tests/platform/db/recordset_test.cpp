@@ -199,6 +199,24 @@ TEST_P(RecordsetTest, UpdateByKeyWritesExactlyThatRowAndTheSnapshotShowsIt) {
     EXPECT_EQ(fetch("SELECT * FROM Parts WHERE PartID=3", "cPrice"), Variant(money("0.0001")));
 }
 
+TEST_P(RecordsetTest, AKeyOfTwoColumnsNamedOutOfColumnOrderFindsTheRow) {
+    // The key lists iB before iA: the row must be found by each column's own value.
+    connection().execute("CREATE TABLE Pairs (iA INTEGER NOT NULL, iB INTEGER NOT NULL, "
+                         "sName VARCHAR(20), PRIMARY KEY (iB, iA))");
+    connection().execute("INSERT INTO Pairs VALUES (1, 2, 'first')");
+    connection().execute("INSERT INTO Pairs VALUES (2, 1, 'second')");
+    auto rows = open("SELECT * FROM Pairs ORDER BY iA", LockType::Optimistic);
+    rows->moveNext();
+    rows->setValue("sName", Variant("changed"));
+    rows->update();
+    EXPECT_EQ(rows->value("sName"), Variant("changed"));
+    rows->moveFirst();
+    rows->setValue("sName", Variant("again"));
+    rows->update();
+    EXPECT_EQ(fetch("SELECT * FROM Pairs WHERE iA=2 AND iB=1", "sName"), Variant("changed"));
+    EXPECT_EQ(fetch("SELECT * FROM Pairs WHERE iA=1 AND iB=2", "sName"), Variant("again"));
+}
+
 TEST_P(RecordsetTest, RowsOfAKeylessTableAreRewrittenByTheirOriginalValues) {
     // The job labor report's rewrite: every figure multiplied by the quantity.
     auto rows = open("LaborScratch", LockType::Optimistic);
