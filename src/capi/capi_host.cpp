@@ -1,7 +1,7 @@
 #include "capi/capi_host.hpp"
 
 #include "platform/core/error.hpp"
-#include "platform/output/message_box.hpp"
+#include "platform/preview/message_box.hpp"
 
 #include <mutex>
 

@@ -64,6 +64,10 @@ Recordset::Recordset(std::shared_ptr<detail::Session> session, const std::string
 Recordset::~Recordset() = default;
 
 void Recordset::readRows(const std::string& sql) {
+    // The table's key is looked up first: on some drivers (PostgreSQL) a second query on the
+    // connection ends a forward-only read in progress.
+    const std::vector<std::string> keys =
+        m_table.empty() ? std::vector<std::string>{} : m_session->primaryKey(m_table);
     // The session's queries read forward only, so the driver holds one row at a time and the
     // packed copy below is the only one of the whole result.
     QSqlQuery query = m_session->run(sql);
@@ -78,7 +82,7 @@ void Recordset::readRows(const std::string& sql) {
     }
     m_values = RowStore(m_columns.size());
     if (!m_table.empty())
-        m_whereColumns = whereColumns();
+        m_whereColumns = whereColumns(keys);
     m_raw = RowStore(m_whereColumns.size());
     const bool keepRaw = !m_table.empty();
     while (query.next()) {
@@ -96,9 +100,9 @@ void Recordset::readRows(const std::string& sql) {
     m_raw.shrinkToFit();
 }
 
-std::vector<std::size_t> Recordset::whereColumns() const {
+std::vector<std::size_t> Recordset::whereColumns(const std::vector<std::string>& keys) const {
     std::vector<std::size_t> columns;
-    for (const std::string& key : m_session->primaryKey(m_table)) {
+    for (const std::string& key : keys) {
         auto found = m_index.find(lowerCase(key));
         if (found == m_index.end()) {
             columns.clear();

@@ -78,7 +78,7 @@ class Recordset : public RowCursor {
     Variant asStored(std::size_t column, const Variant& value) const;
     void readRows(const std::string& sql);
     /// The columns an update finds its row by.
-    std::vector<std::size_t> whereColumns() const;
+    std::vector<std::size_t> whereColumns(const std::vector<std::string>& keys) const;
     std::string whereClause(QVariantList& params) const;
 
     std::shared_ptr<detail::Session> m_session; // kept only while the recordset can write
