@@ -8,6 +8,7 @@
 #include <cmath>
 #include <deque>
 #include <optional>
+#include <set>
 #include <span>
 #include <string_view>
 #include <unordered_map>
@@ -20,7 +21,7 @@ const Cell* CellGrid::find(std::uint32_t row, std::uint16_t column) const {
     auto it =
         std::lower_bound(cells.begin(), cells.end(), std::pair(row, column),
                          [](const Cell& cell, const std::pair<std::uint32_t, std::uint16_t>& at) {
-                             return std::pair(cell.row, cell.column) < at;
+                             return std::pair<std::uint32_t, std::uint16_t>(cell.row, cell.column) < at;
                          });
     if (it == cells.end() || it->row != row || it->column != column) {
         return nullptr;
@@ -95,9 +96,6 @@ class GridBuilder {
         placeRows();
         assignColumns();
         fillCells();
-        // The placements are done with: a long report's take as much as its cells.
-        std::vector<Placed>().swap(m_placed);
-        giveRoom(m_grid, m_rooms);
         m_grid.texts.assign(std::make_move_iterator(m_texts.begin()),
                             std::make_move_iterator(m_texts.end()));
         return std::move(m_grid);
@@ -107,6 +105,8 @@ class GridBuilder {
     /// Where an item is kept: pages hold their items packed, so the builder keeps positions
     /// and decodes an item again when it needs more than its placement. A text too tall for
     /// one row is placed in pieces: `lines` of its runs from `firstLine` (0 lines: all of it).
+    /// Nothing is kept per placed item between the passes: a long report has millions, and
+    /// the cells take their memory. Each pass reads the pages again, one page at a time.
     struct ItemRef {
         std::uint32_t page;
         std::uint32_t index;
@@ -118,11 +118,6 @@ class GridBuilder {
         ItemRef ref;
         int top;
         Placement place;
-    };
-    struct Placed {
-        ItemRef ref;
-        std::uint32_t row;
-        std::uint32_t key;
     };
     struct KeyInfo {
         Placement place;
@@ -141,6 +136,11 @@ class GridBuilder {
     const page::Item& load(ItemRef ref) {
         m_pages.pages[ref.page].items.decodeInto(ref.index, m_item);
         return m_item;
+    }
+
+    /// The item at `ref`: from the page scanned last when it stands there, else decoded.
+    const page::Item& itemAt(ItemRef ref) {
+        return ref.page == m_scannedPage ? m_pageItems[ref.index] : load(ref);
     }
 
     /// The text an item (or the piece of it `ref` names) shows, or an empty view when it
@@ -284,39 +284,74 @@ class GridBuilder {
 
     // --- rows ---------------------------------------------------------------------------
 
+    /// The first pass: which rows each page makes, which placements the texts have and how
+    /// often, the row layouts the columns are chosen from, and the sheet's footer.
     void placeRows() {
-        std::size_t items = 0;
-        for (const page::Page& page : m_pages.pages) {
-            items += page.items.size();
-        }
-        m_placed.reserve(items);
-        std::vector<Source> scratch;
-        page::Item item;
+        std::vector<Source> sources;
         bool headerShown = false;
+        m_takesHeader.reserve(m_pages.pages.size());
         for (std::uint32_t p = 0; p < m_pages.pages.size(); ++p) {
-            const page::ItemList& list = m_pages.pages[p].items;
-            scratch.clear();
-            bool hasHeader = false;
-            bool hasFooter = false;
-            for (std::uint32_t i = 0; i < list.size(); ++i) {
-                list.decodeInto(i, item);
-                const page::PageBand band = pageBandOf(item);
-                hasHeader = hasHeader || band == page::PageBand::Header;
-                hasFooter = hasFooter || band == page::PageBand::Footer;
-                if (band == page::PageBand::Footer) {
-                    noteFooter(item, {p, i});
-                } else if ((band == page::PageBand::Body || !headerShown) && isPlaceable(item)) {
-                    addSources(item, {p, i}, scratch);
-                }
-            }
-            headerShown = headerShown || hasHeader;
-            m_footerPage = hasFooter && m_footerPage < 0 ? static_cast<int>(p) : m_footerPage;
-            std::stable_sort(scratch.begin(), scratch.end(), [](const Source& a, const Source& b) {
-                return a.top != b.top ? a.top < b.top : a.place.left < b.place.left;
-            });
-            placePage(scratch);
+            m_takesHeader.push_back(!headerShown);
+            const PageScan scan = scanPage(p, !headerShown, sources, true);
+            headerShown = headerShown || scan.hasHeader;
+            m_footerPage = scan.hasFooter && m_footerPage < 0 ? static_cast<int>(p) : m_footerPage;
+            placePage(sources);
         }
         placeFooter();
+    }
+
+    struct PageScan {
+        bool hasHeader = false;
+        bool hasFooter = false;
+    };
+
+    /// Decodes page `p` into m_pageItems and writes its texts into `out` in reading order:
+    /// the body, and the header too when `takeHeader`. With `noteFooters`, the footer's texts
+    /// are noted for the sheet's footer.
+    PageScan scanPage(std::uint32_t p, bool takeHeader, std::vector<Source>& out,
+                      bool noteFooters) {
+        const page::ItemList& list = m_pages.pages[p].items;
+        if (m_pageItems.size() < list.size()) {
+            m_pageItems.resize(list.size()); // kept: the next page reuses the items' buffers
+        }
+        m_scannedPage = p;
+        out.clear();
+        PageScan scan;
+        for (std::uint32_t i = 0; i < list.size(); ++i) {
+            page::Item& item = m_pageItems[i];
+            list.decodeInto(i, item);
+            const page::PageBand band = pageBandOf(item);
+            scan.hasHeader = scan.hasHeader || band == page::PageBand::Header;
+            scan.hasFooter = scan.hasFooter || band == page::PageBand::Footer;
+            if (band == page::PageBand::Footer) {
+                if (noteFooters) {
+                    noteFooter(item, {p, i});
+                }
+            } else if ((band == page::PageBand::Body || takeHeader) && isPlaceable(item)) {
+                addSources(item, {p, i}, out);
+            }
+        }
+        sortByReading(out);
+        return scan;
+    }
+
+    static void sortByReading(std::vector<Source>& sources) {
+        std::stable_sort(sources.begin(), sources.end(), [](const Source& a, const Source& b) {
+            return a.top != b.top ? a.top < b.top : a.place.left < b.place.left;
+        });
+    }
+
+    /// Calls `visit` with the sources of each row, in order: sources whose tops lie within the
+    /// tolerance of the row's first top.
+    template <class Visit>
+    static void forEachRow(std::span<const Source> sources, Visit&& visit) {
+        std::size_t begin = 0;
+        for (std::size_t i = 1; i <= sources.size(); ++i) {
+            if (i == sources.size() || sources[i].top - sources[begin].top > kRowTolerance) {
+                visit(sources.subspan(begin, i - begin));
+                begin = i;
+            }
+        }
     }
 
     /// The footer of the first page that has one goes to the sheet's footer; what Excel has no
@@ -325,14 +360,11 @@ class GridBuilder {
         const SheetFooter footer = sheetFooter(m_footerItems, footerPageWidth(), m_footerPage + 1,
                                                static_cast<int>(m_pages.pages.size()));
         m_grid.footer = footer.text;
-        std::vector<Source> sources;
         for (std::size_t i : footer.leftOver) {
-            addSources(load(m_footerRefs[i]), m_footerRefs[i], sources);
+            addSources(load(m_footerRefs[i]), m_footerRefs[i], m_footerSources);
         }
-        std::stable_sort(sources.begin(), sources.end(), [](const Source& a, const Source& b) {
-            return a.top != b.top ? a.top < b.top : a.place.left < b.place.left;
-        });
-        placePage(sources);
+        sortByReading(m_footerSources);
+        placePage(m_footerSources);
     }
 
     static page::PageBand pageBandOf(const page::Item& item) {
@@ -380,17 +412,22 @@ class GridBuilder {
         }
     }
 
+    /// Rows of one page: each adds a row to the grid and counts its placements; a row laid
+    /// out unlike the row before keeps its layout for the column choice.
     void placePage(const std::vector<Source>& sources) {
-        int rowTop = 0;
-        for (std::size_t i = 0; i < sources.size(); ++i) {
-            const Source& source = sources[i];
-            if (i == 0 || source.top - rowTop > kRowTolerance) {
-                rowTop = source.top;
-                m_grid.rowHeights.push_back(0);
+        std::vector<std::uint32_t> keys;
+        forEachRow(sources, [&](std::span<const Source> row) {
+            m_grid.rowHeights.push_back(0);
+            keys.clear();
+            for (const Source& source : row) {
+                keys.push_back(keyOf(source.place));
             }
-            auto row = static_cast<std::uint32_t>(m_grid.rowHeights.size() - 1);
-            m_placed.push_back({source.ref, row, keyOf(source.place)});
-        }
+            m_placedCount += row.size();
+            if (keys != m_lastLayout) {
+                m_layouts.insert(keys);
+                m_lastLayout = keys;
+            }
+        });
     }
 
     std::uint32_t keyOf(const Placement& place) {
@@ -446,33 +483,22 @@ class GridBuilder {
     }
 
     /// For each movable placement, the clusters that hold another text on one of its rows.
-    /// Rows laid out like the row before (repeated detail lines) add nothing new.
+    /// Each distinct row layout is looked at once.
     BitTable rowConflicts(const std::vector<std::int32_t>& movable, std::size_t movableCount,
                           std::uint32_t clusters) const {
         BitTable table(movableCount, clusters);
-        std::vector<std::uint32_t> previous;
-        std::vector<std::uint32_t> current;
-        for (std::size_t begin = 0; begin < m_placed.size();) {
-            std::size_t end = begin;
-            current.clear();
-            while (end < m_placed.size() && m_placed[end].row == m_placed[begin].row) {
-                current.push_back(m_placed[end++].key);
-            }
-            if (current != previous) {
-                for (std::size_t i = 0; i < current.size(); ++i) {
-                    if (movable[current[i]] < 0) {
-                        continue;
-                    }
-                    for (std::size_t j = 0; j < current.size(); ++j) {
-                        if (j != i) {
-                            table.set(static_cast<std::size_t>(movable[current[i]]),
-                                      m_keys[current[j]].cluster);
-                        }
+        for (const std::vector<std::uint32_t>& layout : m_layouts) {
+            for (std::size_t i = 0; i < layout.size(); ++i) {
+                if (movable[layout[i]] < 0) {
+                    continue;
+                }
+                for (std::size_t j = 0; j < layout.size(); ++j) {
+                    if (j != i) {
+                        table.set(static_cast<std::size_t>(movable[layout[i]]),
+                                  m_keys[layout[j]].cluster);
                     }
                 }
-                std::swap(previous, current);
             }
-            begin = end;
         }
         return table;
     }
@@ -631,38 +657,51 @@ class GridBuilder {
 
     // --- cells --------------------------------------------------------------------------
 
+    /// The second pass: the pages read again in the same order give the same rows, now
+    /// turned into cells.
     void fillCells() {
-        m_grid.cells.reserve(m_placed.size());
-        m_rooms.reserve(m_placed.size()); // grown by doubling it would hold half as much again
-        std::vector<RowEntry> row;
-        for (std::size_t begin = 0; begin < m_placed.size();) {
-            row.clear();
-            std::size_t end = begin;
-            for (; end < m_placed.size() && m_placed[end].row == m_placed[begin].row; ++end) {
-                const Placed& placed = m_placed[end];
-                const KeyInfo& key = m_keys[placed.key];
-                row.push_back({m_columnOfCluster[key.cluster], key.place.left, placed.ref});
+        m_grid.cells.reserve(m_placedCount);
+        m_rooms.emplace(m_grid);
+        std::vector<Source> sources;
+        std::uint32_t row = 0;
+        for (std::uint32_t p = 0; p < m_pages.pages.size(); ++p) {
+            scanPage(p, m_takesHeader[p], sources, false);
+            fillRows(sources, row);
+        }
+        fillRows(m_footerSources, row);
+        m_rooms->finish();
+    }
+
+    void fillRows(const std::vector<Source>& sources, std::uint32_t& row) {
+        std::vector<RowEntry> entries;
+        forEachRow(sources, [&](std::span<const Source> cellsOfRow) {
+            entries.clear();
+            for (const Source& source : cellsOfRow) {
+                const KeyInfo& key = m_keys[m_keyIndex.at(source.place)];
+                entries.push_back({m_columnOfCluster[key.cluster], key.place.left, source.ref});
             }
-            std::stable_sort(row.begin(), row.end(), [](const RowEntry& a, const RowEntry& b) {
-                return a.column != b.column ? a.column < b.column : a.left < b.left;
-            });
-            for (const RowEntry& entry : row) {
-                if (!m_grid.cells.empty() && m_grid.cells.back().row == m_placed[begin].row &&
+            std::stable_sort(entries.begin(), entries.end(),
+                             [](const RowEntry& a, const RowEntry& b) {
+                                 return a.column != b.column ? a.column < b.column
+                                                             : a.left < b.left;
+                             });
+            for (const RowEntry& entry : entries) {
+                if (!m_grid.cells.empty() && m_grid.cells.back().row == row &&
                     m_grid.cells.back().column == entry.column) {
-                    joinInto(m_grid.cells.back(), load(entry.ref), entry.ref);
+                    joinInto(m_grid.cells.back(), itemAt(entry.ref), entry.ref);
                 } else {
-                    addCell(m_placed[begin].row, entry);
+                    addCell(row, entry);
                 }
             }
-            begin = end;
-        }
+            ++row;
+        });
     }
 
     void addCell(std::uint32_t row, const RowEntry& entry) {
-        const page::Item& item = load(entry.ref);
+        const page::Item& item = itemAt(entry.ref);
         Cell cell;
         cell.row = row;
-        cell.column = static_cast<std::uint16_t>(entry.column);
+        cell.column = static_cast<std::uint8_t>(entry.column);
         CellStyle style;
         style.align = placementOf(item).align;
         if (const auto* text = std::get_if<page::TextItem>(&item)) {
@@ -684,7 +723,7 @@ class GridBuilder {
         }
         cell.style = internStyle(style);
         m_grid.cells.push_back(cell);
-        m_rooms.push_back(room);
+        m_rooms->need(m_grid.cells.size() - 1, room);
     }
 
     /// Two texts in one cell: the cell becomes the text of both, joined by a space, and needs
@@ -694,12 +733,12 @@ class GridBuilder {
         m_cellText += ' ';
         m_cellText += more;
         CellStyle style = m_grid.styles[cell.style];
-        m_rooms.back() = roomOfText(m_cellText, style.font, style.align);
-        m_rooms.back().mayMerge = true;
+        CellRoom room = roomOfText(m_cellText, style.font, style.align);
+        room.mayMerge = true;
+        m_rooms->need(m_grid.cells.size() - 1, room);
         style.format = 0;
         style.wrap = m_cellText.find('\n') != std::string_view::npos;
         cell.kind = CellKind::Text;
-        cell.number = 0.0;
         cell.text = internText(m_cellText);
         cell.style = internStyle(style);
     }
@@ -751,14 +790,20 @@ class GridBuilder {
 
     const page::Pages& m_pages;
     CellGrid m_grid;
-    std::vector<Placed> m_placed;
+    std::vector<bool> m_takesHeader;                   // per page: its header is placed
+    std::vector<page::Item> m_pageItems;               // the items of the page scanned last
+    std::uint32_t m_scannedPage = ~std::uint32_t{0};
+    std::vector<Source> m_footerSources;               // footer texts shown below the last row
+    std::size_t m_placedCount = 0;
+    std::set<std::vector<std::uint32_t>> m_layouts; // distinct rows, as their placements
+    std::vector<std::uint32_t> m_lastLayout;
     std::vector<KeyInfo> m_keys;
     std::unordered_map<Placement, std::uint32_t, PlacementHash> m_keyIndex;
     std::vector<std::uint32_t> m_columnOfCluster;
     std::unordered_map<std::string_view, std::uint32_t> m_textIndex;
     std::unordered_map<std::uint64_t, std::uint16_t> m_styleIndex;
     std::uint32_t m_lastFormat = 0;
-    std::vector<CellRoom> m_rooms; // what each cell of m_grid.cells needs
+    std::optional<RoomGiver> m_rooms; // gives the cells their room as they are made
     std::vector<page::TextItem> m_footerItems;
     std::vector<ItemRef> m_footerRefs; // where each of m_footerItems stands
     int m_footerPage = -1;             // the page whose footer the sheet shows

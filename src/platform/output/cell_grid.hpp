@@ -53,15 +53,18 @@ struct CellStyle {
 enum class CellKind : std::uint8_t { Text, Number };
 
 /// One cell. A Text cell names its text by index into CellGrid::texts; a Number cell holds
-/// its value in `number` (always finite).
+/// its value in `number` (always finite). Sixteen bytes: a long report has millions.
 struct Cell {
     std::uint32_t row = 0;
-    std::uint16_t column = 0;
-    std::uint16_t style = 0; // index into CellGrid::styles
+    std::uint8_t column = 0; // below CellGrid::kMaxColumns
     CellKind kind = CellKind::Text;
-    std::uint32_t text = 0;
-    double number = 0.0;
+    std::uint16_t style = 0; // index into CellGrid::styles
+    union {
+        std::uint32_t text = 0; // a Text cell's
+        double number;          // a Number cell's
+    };
 };
+static_assert(sizeof(Cell) == 16);
 
 /// A column: its left edge on the page and the width its texts need, both in twips (the
 /// room for the text itself; a writer adds its own cell padding).

@@ -414,7 +414,8 @@ class WorkbookStream {
         std::uint16_t endColumn = 0;
         for (std::size_t i = part.firstCell; i < part.endCell; ++i) {
             const Cell& cell = m_grid.cells[i];
-            firstColumn = i == part.firstCell ? cell.column : std::min(firstColumn, cell.column);
+            firstColumn = i == part.firstCell ? cell.column
+                                              : std::min<std::uint16_t>(firstColumn, cell.column);
             endColumn = std::max<std::uint16_t>(endColumn, cell.column + 1);
         }
         bool empty = part.firstCell == part.endCell;
