@@ -1,6 +1,7 @@
 #include "service/run_sequence.hpp"
 
 #include "platform/host/module_state.hpp"
+#include "platform/output/pdf_writer.hpp"
 #include "platform/output/printer.hpp"
 #include "platform/preview/preview.hpp"
 #include "service/component.hpp"
@@ -25,6 +26,8 @@ std::string printJobName(const engine::Report& report) {
 
 void runSequence(engine::Report& report, bool preview) {
     initializeComponent();
+    // The PDF export at the report's end and the print job are the same document.
+    output::PdfReuseScope drawOnce;
     report.run();
     if (preview) {
         const auto& pages = report.pages();

@@ -6,9 +6,14 @@
 #include "platform/output/cairo_renderer.hpp"
 #include "platform/output/output_error.hpp"
 
+#include <bit>
 #include <cairo-pdf.h>
 #include <cstdio>
+#include <fstream>
+#include <functional>
 #include <mutex>
+#include <optional>
+#include <string_view>
 
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -47,6 +52,96 @@ std::string pdfDate(Date date) {
     std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d", p.year, p.month, p.day,
                   p.hour, p.minute, p.second);
     return text;
+}
+
+// ---- Drawing a document once -----------------------------------------------------------------
+
+/// The document writePdf drew last on this thread, while a PdfReuseScope lives.
+struct DrawnPdf {
+    std::uint64_t digest = 0;
+    std::filesystem::path path;
+    std::uintmax_t size = 0;
+    std::filesystem::file_time_type modified;
+};
+
+struct ReuseState {
+    bool active = false;
+    std::optional<DrawnPdf> last;
+};
+
+thread_local ReuseState t_reuse;
+
+std::uint64_t mix(std::uint64_t seed, std::uint64_t value) {
+    return seed ^ (value + 0x9E3779B97F4A7C15ULL + (seed << 6) + (seed >> 2));
+}
+
+/// What the drawing of `pages` depends on, as one number.
+std::uint64_t digestOf(const page::Pages& pages) {
+    const std::hash<std::string_view> hash;
+    std::uint64_t digest = mix(hash(pages.title), static_cast<std::uint64_t>(pages.orientation));
+    for (const page::FontSpec& font : pages.fonts) {
+        digest = mix(digest, hash(font.family));
+        digest = mix(digest, std::bit_cast<std::uint64_t>(font.sizePoints));
+        digest = mix(digest, static_cast<std::uint64_t>(font.bold) |
+                                 static_cast<std::uint64_t>(font.italic) << 1 |
+                                 static_cast<std::uint64_t>(font.underline) << 2);
+    }
+    digest = mix(digest, pages.pages.size());
+    for (const page::Page& page : pages.pages) {
+        digest = mix(digest, static_cast<std::uint32_t>(page.width) |
+                                 static_cast<std::uint64_t>(static_cast<std::uint32_t>(page.height))
+                                     << 32);
+        digest = mix(digest, page.items.size());
+        digest = mix(digest, page.items.digest());
+    }
+    return digest;
+}
+
+/// Copies the document drawn last to `target` when it is still as it was written; false when
+/// it is not (moved, changed, removed), and then nothing was written. A failure to write the
+/// copy raises qr::Error naming the target and the cause, as drawing it would.
+bool copyDrawn(const DrawnPdf& drawn, const std::filesystem::path& target) {
+    std::error_code error;
+    if (std::filesystem::equivalent(drawn.path, target, error)) {
+        return false; // drawn again in place: a file is not copied onto itself
+    }
+    const std::uintmax_t size = std::filesystem::file_size(drawn.path, error);
+    if (error || size != drawn.size) {
+        return false;
+    }
+    const auto modified = std::filesystem::last_write_time(drawn.path, error);
+    if (error || modified != drawn.modified) {
+        return false;
+    }
+    std::ifstream in(drawn.path, std::ios::binary);
+    if (!in) {
+        return false;
+    }
+    OutputFile out(target, "PDF", kPdfSource);
+    std::vector<char> buffer(1 << 16);
+    std::uintmax_t copied = 0;
+    while (in.read(buffer.data(), static_cast<std::streamsize>(buffer.size())) || in.gcount() > 0) {
+        out.write(buffer.data(), static_cast<std::size_t>(in.gcount()));
+        copied += static_cast<std::uintmax_t>(in.gcount());
+    }
+    if (in.bad() || copied != drawn.size) {
+        return false; // the temporary goes with `out`
+    }
+    out.commit();
+    return true;
+}
+
+void rememberDrawn(std::uint64_t digest, const std::filesystem::path& path) {
+    std::error_code error;
+    DrawnPdf drawn{digest, path, std::filesystem::file_size(path, error), {}};
+    if (!error) {
+        drawn.modified = std::filesystem::last_write_time(path, error);
+    }
+    if (error) {
+        t_reuse.last.reset();
+    } else {
+        t_reuse.last = std::move(drawn);
+    }
 }
 
 class PdfExportFilter final : public page::ExportFilter {
@@ -187,13 +282,31 @@ void PdfWriter::finish() {
     m_file.commit();
 }
 
+PdfReuseScope::PdfReuseScope() : m_outermost(!t_reuse.active) {
+    t_reuse.active = true;
+}
+
+PdfReuseScope::~PdfReuseScope() {
+    if (m_outermost) {
+        t_reuse = ReuseState{};
+    }
+}
+
 void writePdf(const page::Pages& pages, const std::filesystem::path& path) {
+    std::uint64_t digest = 0;
+    if (t_reuse.active) {
+        digest = digestOf(pages);
+        if (t_reuse.last && t_reuse.last->digest == digest && copyDrawn(*t_reuse.last, path))
+            return;
+    }
     PdfWriter writer(path, pages.title);
     for (const auto& page : pages.pages)
         writer.addPage(page, pages.fonts);
     if (pages.pages.empty())
         writer.addPage(blankPage(pages.orientation), pages.fonts);
     writer.finish();
+    if (t_reuse.active)
+        rememberDrawn(digest, path);
 }
 
 std::string bookmarkDestination(std::size_t number) {

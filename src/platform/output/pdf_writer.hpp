@@ -75,6 +75,22 @@ class PdfWriter {
 /// Raises qr::Error naming the path and the cause.
 void writePdf(const page::Pages& pages, const std::filesystem::path& path);
 
+/// While one lives on a thread, writePdf on that thread remembers the document it drew last,
+/// and a document of the same pages (same items, paper, fonts and title) is copied from that
+/// file instead of being drawn again, provided the file is still as it was written. A report
+/// exported to PDF and printed in one run so draws its pages once; the copy keeps the creation
+/// date of the document it copies. A scope made inside another leaves the outer one in charge.
+class PdfReuseScope {
+  public:
+    PdfReuseScope();
+    ~PdfReuseScope();
+    PdfReuseScope(const PdfReuseScope&) = delete;
+    PdfReuseScope& operator=(const PdfReuseScope&) = delete;
+
+  private:
+    bool m_outermost = false;
+};
+
 /// The named destination of a document's n-th bookmark (from 1): "section<n>".
 std::string bookmarkDestination(std::size_t number);
 

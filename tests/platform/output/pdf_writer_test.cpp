@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <fstream>
+#include <optional>
 #include <gtest/gtest.h>
 #include <poppler-destination.h>
 #include <poppler-font.h>
@@ -267,6 +268,48 @@ TEST(WritePdf, TheSameReportAtTheSameClockGivesTheSameBytes) {
     EXPECT_NE(fileBytes(dir / "first.pdf"), fileBytes(dir / "later.pdf"));
     EXPECT_NE(fileBytes(dir / "first.pdf").find("/CreationDate (20260314092653)"),
               std::string::npos);
+}
+
+// Within a reuse scope a document of the same pages is the earlier file copied (it keeps that
+// file's creation date); anything else is drawn anew at the current clock.
+TEST(PdfReuseScope, ARepeatedDocumentIsCopiedOnlyWhileItsFileIsUnchanged) {
+    struct Case {
+        const char* name;
+        bool scoped;
+        bool pagesChanged;
+        bool fileChanged;
+        bool copied;
+    };
+    const Case cases[] = {
+        {"same pages in a scope", true, false, false, true},
+        {"one more text", true, true, false, false},
+        {"earlier file changed since", true, false, true, false},
+        {"no scope", false, false, false, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        test::TempDir dir;
+        std::optional<PdfReuseScope> scope;
+        if (c.scoped)
+            scope.emplace();
+        Clock::pin(Date::fromParts(2026, 3, 14, 9, 26, 53));
+        writePdf(glassList().pages(), dir / "export.pdf");
+        if (c.fileChanged)
+            std::ofstream(dir / "export.pdf", std::ios::app) << "%";
+        PageBuilder again = glassList();
+        if (c.pagesChanged)
+            again.text(720, 5000, "Door glass");
+        Clock::pin(Date::fromParts(2027, 1, 2));
+        writePdf(again.pages(), dir / "printed.pdf");
+        Clock::unpin();
+
+        const std::string printed = fileBytes(dir / "printed.pdf");
+        EXPECT_EQ(printed.find("/CreationDate (20260314092653)") != std::string::npos, c.copied);
+        if (c.copied)
+            EXPECT_EQ(printed, fileBytes(dir / "export.pdf"));
+        else
+            EXPECT_NE(printed.find("/CreationDate (20270102"), std::string::npos);
+    }
 }
 
 // Sections: a report of two pages, an empty one (a blank landscape page, so its bookmark has a

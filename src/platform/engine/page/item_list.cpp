@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <string_view>
 
@@ -557,6 +558,15 @@ void ItemList::set(std::size_t index, const Item& item) {
 
 std::size_t ItemList::capacityBytes() const {
     return m_bytes.capacity() + m_offsets.capacity() * sizeof(std::uint32_t);
+}
+
+std::uint64_t ItemList::digest() const {
+    const std::hash<std::string_view> hash;
+    const std::uint64_t bytes =
+        hash({reinterpret_cast<const char*>(m_bytes.data()), m_bytes.size()});
+    const std::uint64_t offsets = hash({reinterpret_cast<const char*>(m_offsets.data()),
+                                        m_offsets.size() * sizeof(std::uint32_t)});
+    return bytes ^ (offsets + 0x9E3779B97F4A7C15ULL + (bytes << 6) + (bytes >> 2));
 }
 
 bool operator==(const ItemList& a, const ItemList& b) {
