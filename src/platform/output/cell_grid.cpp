@@ -146,9 +146,10 @@ class GridBuilder {
     /// The text an item (or the piece of it `ref` names) shows, or an empty view when it
     /// shows nothing: the text with its lines broken where the engine broke them, or the
     /// whole text as it is when the page printed less of it (a text cut at its box). The view
-    /// lives as long as the item and until the next call.
+    /// lives as long as the item and until the next call, which also sets m_shownAsPrinted.
     std::string_view displayText(const page::Item& item) { return displayText(item, kWhole); }
     std::string_view displayText(const page::Item& item, const ItemRef& ref) {
+        m_shownAsPrinted = false;
         if (const auto* check = std::get_if<page::CheckBoxItem>(&item)) {
             return check->checked ? kCheckedMark : std::string_view();
         }
@@ -157,10 +158,11 @@ class GridBuilder {
             return {};
         }
         if (ref.lines == 0 && !text->text.empty()) {
-            return printedText(*text, m_joined) ? std::string_view(m_joined)
-                                                : std::string_view(text->text);
+            m_shownAsPrinted = printedText(*text, m_joined);
+            return m_shownAsPrinted ? std::string_view(m_joined) : std::string_view(text->text);
         }
         // A piece of a tall text, or a text known only by its lines.
+        m_shownAsPrinted = true;
         m_joined.clear();
         bool first = true;
         for (const page::TextRun& run : runsOf(*text, ref)) {
@@ -215,14 +217,12 @@ class GridBuilder {
 
     double pointsOf(const page::TextItem& text) const { return fontOf(text.font).sizePoints; }
 
-    /// The room a cell showing `shown` (displayText of `item` and `ref`) needs: its widest
-    /// line and all its lines. Lines shown as printed take their printed width; a text shown
-    /// otherwise (cut on the page) is measured in its font.
+    /// The room a cell showing `shown` (displayText of `item` and `ref`, called last) needs:
+    /// its widest line and all its lines. Lines shown as printed take their printed width; a
+    /// text shown otherwise (cut on the page) is measured in its font.
     CellRoom roomOf(const page::Item& item, const ItemRef& ref, std::string_view shown) {
         const auto* text = std::get_if<page::TextItem>(&item);
-        const bool asPrinted =
-            text != nullptr && !text->runs.empty() &&
-            (ref.lines != 0 || text->text.empty() || printedText(*text, m_printed));
+        const bool asPrinted = text != nullptr && !text->runs.empty() && m_shownAsPrinted;
         if (!asPrinted) {
             return roomOfText(shown, text ? text->font : -1, placementOf(item).align);
         }
@@ -260,11 +260,25 @@ class GridBuilder {
         return text->numericValue;
     }
 
-    bool isPlaceable(const page::Item& item) {
+    /// Whether the item shows anything: a number, a checked box, or a text that is not blank.
+    /// A text shown as its printed lines is blank exactly when the whole text is, so the lines
+    /// need not be put together to know.
+    static bool isPlaceable(const page::Item& item) {
         if (numberOf(item)) {
             return true;
         }
-        return !isBlank(displayText(item));
+        if (const auto* check = std::get_if<page::CheckBoxItem>(&item)) {
+            return check->checked;
+        }
+        const auto* text = std::get_if<page::TextItem>(&item);
+        if (text == nullptr) {
+            return false;
+        }
+        if (!text->text.empty()) {
+            return !isBlank(text->text);
+        }
+        return std::any_of(text->runs.begin(), text->runs.end(),
+                           [](const page::TextRun& run) { return !isBlank(run.text); });
     }
 
     static Placement placementOf(const page::Item& item) {
@@ -811,7 +825,7 @@ class GridBuilder {
         m_texts;                  // distinct cell texts; a deque keeps them in place for the index
     std::string m_cellText;       // text of the last cell added
     std::string m_joined;         // displayText() of a text shown as its printed lines
-    std::string m_printed;        // scratch for printedText()
+    bool m_shownAsPrinted = false; // the last displayText() gave the printed lines
     CairoTextMeasurer m_measurer; // for texts shown otherwise than printed
     page::Item m_item;            // the item load() decoded last
 };
