@@ -3,21 +3,16 @@
 #include "platform/core/date.hpp"
 #include "platform/core/error.hpp"
 #include "platform/core/system_formats.hpp"
-#include "platform/output/cairo_renderer.hpp"
 #include "platform/output/output_error.hpp"
 
+#include <algorithm>
 #include <bit>
-#include <cairo-pdf.h>
 #include <cstdio>
 #include <fstream>
 #include <functional>
-#include <mutex>
 #include <optional>
 #include <string_view>
 
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
 namespace qr::output {
 
@@ -32,25 +27,12 @@ page::Page blankPage(page::Orientation orientation) {
     return blank;
 }
 
-// cairo compresses each page's content with a fresh zlib stream, whose few hundred kilobytes
-// of buffers are the newest memory on the heap; glibc hands them back to the kernel when the
-// page is done and takes them again for the next one. Measured here that churn (a heap trim
-// per page, each a TLB shootdown on a virtual machine) was three quarters of the time of a long
-// export. Keeping a modest pad at the top of the heap stops it; it is the process's setting, so
-// it is made once and only raised.
-void keepHeapPadForPages() {
-#ifdef __GLIBC__
-    static std::once_flag once;
-    std::call_once(once, [] { mallopt(M_TOP_PAD, 16 * 1024 * 1024); });
-#endif
-}
-
-// "YYYY-MM-DDThh:mm:ss", the ISO 8601 form cairo turns into the PDF date.
+// A PDF date, "D:YYYYMMDDHHmmSS".
 std::string pdfDate(Date date) {
     const Date::Parts p = date.parts();
     char text[32];
-    std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d", p.year, p.month, p.day,
-                  p.hour, p.minute, p.second);
+    std::snprintf(text, sizeof text, "D:%04d%02d%02d%02d%02d%02d", p.year, p.month, p.day, p.hour,
+                  p.minute, p.second);
     return text;
 }
 
@@ -164,54 +146,18 @@ PdfWriter::PdfWriter(const std::filesystem::path& target, const std::string& tit
     : PdfWriter(target, PdfMetadata{title, {}, {}}) {}
 
 PdfWriter::PdfWriter(const std::filesystem::path& target, const PdfMetadata& metadata)
-    : m_file(target, "PDF", kPdfSource) {
-    keepHeapPadForPages();
-    m_surface = cairo_pdf_surface_create_for_stream(&OutputFile::cairoWrite, &m_file,
-                                                    page::kLetterWidth * kPointsPerTwip,
-                                                    page::kLetterHeight * kPointsPerTwip);
-    m_cr = cairo_create(m_surface);
-    check("starting the document");
-    const std::pair<cairo_pdf_metadata_t, const std::string*> information[] = {
-        {CAIRO_PDF_METADATA_TITLE, &metadata.title},
-        {CAIRO_PDF_METADATA_AUTHOR, &metadata.author},
-        {CAIRO_PDF_METADATA_SUBJECT, &metadata.subject},
-    };
-    for (const auto& [key, value] : information) {
-        if (!value->empty())
-            cairo_pdf_surface_set_metadata(m_surface, key, repairUtf8(*value).c_str());
-    }
-    cairo_pdf_surface_set_metadata(m_surface, CAIRO_PDF_METADATA_CREATOR, "QuarvexReports");
+    : m_file(target, "PDF", kPdfSource), m_objects(m_file), m_fonts(m_objects),
+      m_metadata(metadata) {
     // The document's dates come from the report clock, not the wall clock, so the same report
     // under the same SOURCE_DATE_EPOCH gives the same bytes.
-    const std::string created = pdfDate(Clock::now());
-    cairo_pdf_surface_set_metadata(m_surface, CAIRO_PDF_METADATA_CREATE_DATE, created.c_str());
-    cairo_pdf_surface_set_metadata(m_surface, CAIRO_PDF_METADATA_MOD_DATE, created.c_str());
-    // User space in twips: page items are drawn with their own coordinates.
-    cairo_scale(m_cr, kPointsPerTwip, kPointsPerTwip);
+    m_created = pdfDate(Clock::now());
+    m_catalog = m_objects.reserve();
+    m_pageTree = m_objects.reserve();
+    m_resources = m_objects.reserve();
+    m_info = m_objects.reserve();
 }
 
-PdfWriter::~PdfWriter() {
-    release();
-}
-
-void PdfWriter::release() noexcept {
-    if (m_cr)
-        cairo_destroy(m_cr);
-    if (m_surface)
-        cairo_surface_destroy(m_surface);
-    m_cr = nullptr;
-    m_surface = nullptr;
-}
-
-void PdfWriter::check(const char* step) {
-    cairo_status_t status = cairo_status(m_cr);
-    if (status == CAIRO_STATUS_SUCCESS)
-        status = cairo_surface_status(m_surface);
-    if (status == CAIRO_STATUS_SUCCESS)
-        return;
-    release();
-    m_file.fail(std::string(cairo_status_to_string(status)) + " (" + step + ")");
-}
+PdfWriter::~PdfWriter() = default;
 
 void PdfWriter::addPage(const page::Page& page, const std::vector<page::FontSpec>& fonts) {
     if (m_finished) {
@@ -221,32 +167,35 @@ void PdfWriter::addPage(const page::Page& page, const std::vector<page::FontSpec
     }
     if (page.width <= 0 || page.height <= 0) {
         throw Error(errc::kComponent, kPdfSource,
-                    "Page " + std::to_string(m_pageCount + 1) + " has no paper size (" +
+                    "Page " + std::to_string(m_pages.size() + 1) + " has no paper size (" +
                         std::to_string(page.width) + " x " + std::to_string(page.height) +
                         " twips).");
     }
     const PageScene& scene = m_scenes.build(page, fonts);
-    cairo_pdf_surface_set_size(m_surface, page.width * kPointsPerTwip,
-                               page.height * kPointsPerTwip);
-    if (!m_pendingDestination.empty()) {
-        const std::string attributes = "name='" + m_pendingDestination + "' x=0 y=0";
-        cairo_tag_begin(m_cr, CAIRO_TAG_DEST, attributes.c_str());
-        cairo_tag_end(m_cr, CAIRO_TAG_DEST);
-        m_pendingDestination.clear();
-        // cairo drops the tags of a page it has nothing to draw on (an empty report's blank
-        // page), and the bookmark would open nothing: a white twip in the corner keeps it.
-        if (page.items.empty()) {
-            cairo_save(m_cr);
-            cairo_set_source_rgb(m_cr, 1, 1, 1);
-            cairo_rectangle(m_cr, 0, 0, 1, 1);
-            cairo_fill(m_cr);
-            cairo_restore(m_cr);
-        }
+    m_content.clear();
+    pdf::appendContent(scene, m_fonts, m_content);
+    const int contents = m_objects.reserve();
+    m_objects.stream(contents, "", m_content);
+
+    const int number = m_objects.reserve();
+    std::string body = "<< /Type /Page /Parent ";
+    pdf::appendInteger(body, m_pageTree);
+    body += " 0 R /MediaBox [0 0 ";
+    pdf::appendNumber(body, page.width * kPointsPerTwip, 2);
+    body += ' ';
+    pdf::appendNumber(body, page.height * kPointsPerTwip, 2);
+    body += "] /Resources ";
+    pdf::appendInteger(body, m_resources);
+    body += " 0 R /Contents ";
+    pdf::appendInteger(body, contents);
+    body += " 0 R >>";
+    m_objects.object(number, body);
+    if (m_bookmarkPending) {
+        m_bookmarks.back().page = m_pages.size();
+        m_bookmarks.back().top = page.height * kPointsPerTwip;
+        m_bookmarkPending = false;
     }
-    drawScene(m_cr, scene);
-    cairo_show_page(m_cr);
-    ++m_pageCount;
-    check("drawing a page");
+    m_pages.push_back(number);
 }
 
 void PdfWriter::addBookmark(const std::string& title) {
@@ -255,30 +204,116 @@ void PdfWriter::addBookmark(const std::string& title) {
                     "A bookmark was added to \"" + m_file.target().string() +
                         "\" after it was finished.");
     }
-    // The bookmark opens a named destination ("section1", "section2", ...) that the next page
-    // places at its top-left corner: a link from outside can open the same place
-    // (file.pdf#nameddest=section2). cairo resolves the name when the document is finished.
-    m_pendingDestination = bookmarkDestination(++m_bookmarkCount);
-    const std::string link = "dest='" + m_pendingDestination + "'";
-    cairo_pdf_surface_add_outline(m_surface, CAIRO_PDF_OUTLINE_ROOT, repairUtf8(title).c_str(),
-                                  link.c_str(), cairo_pdf_outline_flags_t{});
-    check("adding a bookmark");
+    // The bookmark opens a named destination ("section1", "section2", ...) at the top-left
+    // corner of the next page added: a link from outside can open the same place
+    // (file.pdf#nameddest=section2).
+    if (m_bookmarkPending) // two bookmarks in a row open the same page
+        m_bookmarks.back().page = m_pages.size();
+    m_bookmarks.push_back(Bookmark{repairUtf8(title), m_pages.size(), 0});
+    m_bookmarkPending = true;
+}
+
+void PdfWriter::writeOutline(int outline) {
+    std::vector<int> items;
+    for (std::size_t i = 0; i < m_bookmarks.size(); ++i)
+        items.push_back(m_objects.reserve());
+    std::string body = "<< /Type /Outlines /First ";
+    pdf::appendInteger(body, items.front());
+    body += " 0 R /Last ";
+    pdf::appendInteger(body, items.back());
+    body += " 0 R /Count ";
+    pdf::appendInteger(body, static_cast<long long>(items.size()));
+    body += " >>";
+    m_objects.object(outline, body);
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        body = "<< /Title " + pdf::textString(m_bookmarks[i].title) + " /Parent ";
+        pdf::appendInteger(body, outline);
+        body += " 0 R";
+        if (i > 0) {
+            body += " /Prev ";
+            pdf::appendInteger(body, items[i - 1]);
+            body += " 0 R";
+        }
+        if (i + 1 < items.size()) {
+            body += " /Next ";
+            pdf::appendInteger(body, items[i + 1]);
+            body += " 0 R";
+        }
+        body += " /Dest " + pdf::textString(bookmarkDestination(i + 1)) + " >>";
+        m_objects.object(items[i], body);
+    }
+}
+
+void PdfWriter::writeDestinations(int names) {
+    // A name tree lists its names in byte order ("section10" before "section2").
+    std::vector<std::pair<std::string, const Bookmark*>> sorted;
+    for (std::size_t i = 0; i < m_bookmarks.size(); ++i)
+        sorted.emplace_back(bookmarkDestination(i + 1), &m_bookmarks[i]);
+    std::sort(sorted.begin(), sorted.end(),
+              [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::string body = "<< /Names [";
+    for (const auto& [name, bookmark] : sorted) {
+        body += pdf::textString(name) + " [";
+        pdf::appendInteger(body, m_pages[bookmark->page]);
+        body += " 0 R /XYZ 0 ";
+        pdf::appendNumber(body, bookmark->top, 2);
+        body += " 0] ";
+    }
+    body += "] >>";
+    m_objects.object(names, body);
 }
 
 void PdfWriter::finish() {
     if (m_finished)
         return;
-    if (m_pageCount == 0)
+    if (m_pages.empty())
         addPage(blankPage(page::Orientation::Portrait), {});
     m_finished = true;
-    cairo_destroy(m_cr);
-    m_cr = nullptr;
-    cairo_surface_finish(m_surface);
-    const cairo_status_t status = cairo_surface_status(m_surface);
-    cairo_surface_destroy(m_surface);
-    m_surface = nullptr;
-    if (status != CAIRO_STATUS_SUCCESS)
-        m_file.fail(cairo_status_to_string(status));
+
+    m_fonts.write();
+    m_objects.object(m_resources, "<< /ProcSet [/PDF /Text] /Font " + m_fonts.dictionary() + " >>");
+
+    std::string body = "<< /Type /Pages /Kids [";
+    for (const int page : m_pages) {
+        pdf::appendInteger(body, page);
+        body += " 0 R ";
+    }
+    body += "] /Count ";
+    pdf::appendInteger(body, static_cast<long long>(m_pages.size()));
+    body += " >>";
+    m_objects.object(m_pageTree, body);
+
+    body = "<< /Type /Catalog /Pages ";
+    pdf::appendInteger(body, m_pageTree);
+    body += " 0 R";
+    if (!m_bookmarks.empty()) {
+        const int outline = m_objects.reserve();
+        const int names = m_objects.reserve();
+        writeOutline(outline);
+        writeDestinations(names);
+        body += " /Outlines ";
+        pdf::appendInteger(body, outline);
+        body += " 0 R /PageMode /UseOutlines /Names << /Dests ";
+        pdf::appendInteger(body, names);
+        body += " 0 R >>";
+    }
+    body += " >>";
+    m_objects.object(m_catalog, body);
+
+    body = "<<";
+    const std::pair<const char*, const std::string*> information[] = {
+        {"/Title", &m_metadata.title},
+        {"/Author", &m_metadata.author},
+        {"/Subject", &m_metadata.subject},
+    };
+    for (const auto& [key, value] : information) {
+        if (!value->empty())
+            body += std::string(" ") + key + " " + pdf::textString(repairUtf8(*value));
+    }
+    body += " /Creator (QuarvexReports) /Producer (QuarvexReports) /CreationDate (" + m_created +
+            ") /ModDate (" + m_created + ") >>";
+    m_objects.object(m_info, body);
+    m_objects.finish(m_catalog, m_info);
     m_file.commit();
 }
 

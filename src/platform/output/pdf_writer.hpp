@@ -1,14 +1,16 @@
 #pragma once
-// PDF files from pages, through cairo's PDF surface. Each page's text goes out as one glyph run
-// per font and colour; cairo embeds the fonts as subsets and maps the glyphs back to their
-// characters, so the text can be selected and extracted.
+// PDF files from pages. Each page's scene goes out as one compressed content stream (fills,
+// strokes, one text object per font and colour, underlines); the fonts are embedded as subsets
+// of the glyphs shown, with a map back to their characters, so the text can be selected and
+// extracted. The file is written as the pages come: nothing of a page is kept but its number.
 
 #include "platform/engine/page/export_filter.hpp"
 #include "platform/engine/page/page.hpp"
 #include "platform/output/output_file.hpp"
 #include "platform/output/page_scene.hpp"
+#include "platform/output/pdf_content.hpp"
+#include "platform/output/pdf_objects.hpp"
 
-#include <cairo.h>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -54,19 +56,28 @@ class PdfWriter {
     /// Letter page, since a PDF needs at least one. Raises qr::Error naming the path and cause.
     void finish();
 
-    std::size_t pageCount() const { return m_pageCount; }
+    std::size_t pageCount() const { return m_pages.size(); }
 
   private:
-    void check(const char* step);
-    void release() noexcept;
+    struct Bookmark {
+        std::string title;
+        std::size_t page = 0; // from 0
+        double top = 0;       // the page's height in points: its top edge in PDF space
+    };
+    void writeOutline(int outline);
+    void writeDestinations(int names);
 
     OutputFile m_file;
-    cairo_surface_t* m_surface = nullptr;
-    cairo_t* m_cr = nullptr;
+    pdf::ObjectWriter m_objects;
+    pdf::FontResources m_fonts;
+    PdfMetadata m_metadata;
+    std::string m_created; // the document's date, "D:YYYYMMDDHHmmSS"
+    int m_catalog = 0, m_pageTree = 0, m_resources = 0, m_info = 0;
     SceneBuilder m_scenes;
-    std::size_t m_pageCount = 0;
-    std::size_t m_bookmarkCount = 0;
-    std::string m_pendingDestination; // placed on the next page added
+    std::string m_content; // the page being written, its buffer kept from page to page
+    std::vector<int> m_pages;           // object numbers of the pages, in order
+    std::vector<Bookmark> m_bookmarks;
+    bool m_bookmarkPending = false; // the last bookmark waits for the next page
     bool m_finished = false;
 };
 

@@ -181,14 +181,23 @@ ScaledFont::Glyph ScaledFont::lookUp(char32_t character) const {
 const ScaledFont::Glyph& ScaledFont::glyph(char32_t character) {
     if (character < kTableSize) {
         Glyph& entry = m_table[character];
-        if (!entry.known)
+        if (!entry.known) {
             entry = lookUp(character);
+            m_shown.try_emplace(entry.index, Shown{character, entry.advance});
+        }
         return entry;
     }
     auto found = m_others.find(character);
-    if (found == m_others.end())
+    if (found == m_others.end()) {
         found = m_others.emplace(character, lookUp(character)).first;
+        m_shown.try_emplace(found->second.index, Shown{character, found->second.advance});
+    }
     return found->second;
+}
+
+const ScaledFont::Shown* ScaledFont::shown(unsigned long glyph) const {
+    const auto found = m_shown.find(glyph);
+    return found == m_shown.end() ? nullptr : &found->second;
 }
 
 double ScaledFont::appendGlyphs(std::string_view utf8, double x, double y,

@@ -44,6 +44,15 @@ class ScaledFont {
     /// The pen advance of `utf8` in twips (what appendGlyphs returns), without the glyphs.
     double advance(std::string_view utf8);
 
+    /// What a glyph this font has given out stands for: the character it was looked up for
+    /// (the first, when several characters share a glyph) and its advance in twips.
+    struct Shown {
+        char32_t character = 0;
+        double advance = 0;
+    };
+    /// The glyph's character and advance, or none for a glyph this font never gave out.
+    const Shown* shown(unsigned long glyph) const;
+
   private:
     struct Glyph {
         unsigned long index = 0;
@@ -63,6 +72,7 @@ class ScaledFont {
     page::FontMetrics m_metrics;
     std::vector<Glyph> m_table;
     std::unordered_map<char32_t, Glyph> m_others;
+    std::unordered_map<unsigned long, Shown> m_shown;
 };
 
 /// The report fonts one owner has used, each made once. Not thread-safe.

@@ -1,7 +1,9 @@
 #include "output_test_support.hpp"
 #include "platform/core/error.hpp"
 #include "platform/core/system_formats.hpp"
+#include "platform/output/pdf_objects.hpp"
 #include "platform/output/pdf_writer.hpp"
+#include "platform/output/png_writer.hpp"
 #include "support/temp_dir.hpp"
 
 #include <chrono>
@@ -10,6 +12,7 @@
 #include <gtest/gtest.h>
 #include <poppler-destination.h>
 #include <poppler-font.h>
+#include <poppler-page-renderer.h>
 #include <poppler-toc.h>
 #include <thread>
 
@@ -62,6 +65,98 @@ TEST(WritePdf, TextReadsBackInReadingOrder) {
         at = found + expected.size();
     }
     EXPECT_EQ(test::toUtf8(doc->get_title()), "Job Glass Report");
+}
+
+// Dark pixels inside `box` (twips) of a picture drawn at `dpi`.
+template <typename Pixel>
+int inkIn(int width, int height, Pixel pixel, page::Rect box, double dpi) {
+    const double scale = dpi / 1440;
+    int ink = 0;
+    for (int y = std::max(0, int(box.y * scale)); y < std::min(height, int((box.y + box.height) * scale)); ++y) {
+        for (int x = std::max(0, int(box.x * scale)); x < std::min(width, int((box.x + box.width) * scale)); ++x) {
+            const std::uint32_t argb = pixel(x, y);
+            const int luma = ((argb >> 16 & 0xFF) * 3 + (argb >> 8 & 0xFF) * 6 + (argb & 0xFF)) / 10;
+            ink += luma < 128;
+        }
+    }
+    return ink;
+}
+
+// Each glyph (plain and accented letters built from other glyphs, dash, euro) in each kind of
+// font file (TrueType cut down to the glyphs shown, bold italic, CFF outlines embedded whole),
+// and filled, stroked and rounded boxes: poppler draws each with about the ink of the same page
+// drawn straight to a picture, and reads every character back.
+TEST(WritePdf, EveryGlyphAndBoxDrawsAsOnThePictureOfThePage) {
+    test::TempDir dir;
+    PageBuilder b("Glyphs");
+    b.addPage();
+    page::FontSpec boldItalic;
+    boldItalic.bold = boldItalic.italic = true;
+    page::FontSpec cff;
+    cff.family = "Helvetica";
+    page::FontSpec mono;
+    mono.family = "Courier New";
+    std::vector<page::Rect> boxes;
+    int baseline = 1440;
+    std::string expectedText;
+    for (const page::FontSpec& font : {page::FontSpec{}, boldItalic, cff, mono}) {
+        int x = 720;
+        for (const char* glyph : {"W", "\u00C5", "\u00E7", "\u00E9", "\u2013", "\u20AC", "7"}) {
+            boxes.push_back(b.text(x, baseline, glyph, font).box);
+            expectedText += glyph;
+            x += 720;
+        }
+        baseline += 720;
+    }
+    b.rect({720, baseline, 1440, 720}, page::Color{0x404040}, 0);
+    boxes.push_back({720, baseline, 1440, 720});
+    page::RectItem rounded;
+    rounded.box = {2880, baseline, 1440, 720};
+    rounded.rounded = true;
+    rounded.thickness = 40;
+    b.pages().pages.back().items.emplace_back(rounded);
+    boxes.push_back({2880 - 40, baseline - 40, 1440 + 80, 720 + 80});
+    writePdf(b.pages(), dir / "glyphs.pdf");
+
+    constexpr double kDpi = 144;
+    const PageImage expected = renderPageImage(b.pages().pages[0], b.pages().fonts, kDpi);
+    auto doc = openPdf(dir / "glyphs.pdf");
+    ASSERT_TRUE(doc);
+    std::unique_ptr<poppler::page> page(doc->create_page(0));
+    poppler::page_renderer renderer;
+    renderer.set_render_hints(poppler::page_renderer::antialiasing |
+                              poppler::page_renderer::text_antialiasing);
+    const poppler::image drawn = renderer.render_page(page.get(), kDpi, kDpi);
+    ASSERT_TRUE(drawn.is_valid());
+    const auto drawnPixel = [&](int x, int y) {
+        return reinterpret_cast<const std::uint32_t*>(drawn.const_data() +
+                                                      y * drawn.bytes_per_row())[x];
+    };
+    const auto expectedPixel = [&](int x, int y) { return expected.pixel(x, y); };
+    for (std::size_t i = 0; i < boxes.size(); ++i) {
+        const int want = inkIn(expected.width, expected.height, expectedPixel, boxes[i], kDpi);
+        const int got = inkIn(drawn.width(), drawn.height(), drawnPixel, boxes[i], kDpi);
+        EXPECT_GT(want, 0) << "item " << i;
+        EXPECT_NEAR(got, want, want * 0.3 + 4) << "item " << i;
+    }
+    std::string text = pdfPageText(*doc, 0);
+    std::erase_if(text, [](char c) { return c == ' ' || c == '\n' || c == '\f'; });
+    EXPECT_EQ(text, expectedText);
+}
+
+TEST(PdfNumbers, PrintAsPdfNumbersWithoutExponentsOrNegativeZero) {
+    const std::tuple<double, int, const char*> cases[] = {
+        {12, 2, "12"},          {0.5, 2, "0.5"},     {-3.25, 2, "-3.25"},  {-0.0001, 2, "0"},
+        {1234.5678, 3, "1234.568"}, {1e-9, 6, "0"},  {0.05, 4, "0.05"},    {1e300, 2, "0"},
+        {-7.999, 2, "-8"},      {100.1, 0, "100"},
+    };
+    for (const auto& [value, decimals, expected] : cases) {
+        std::string out;
+        pdf::appendNumber(out, value, decimals);
+        EXPECT_EQ(out, expected) << value;
+    }
+    EXPECT_EQ(pdf::textString("Bid (2) \\ A"), "(Bid \\(2\\) \\\\ A)");
+    EXPECT_EQ(pdf::textString("Caf\u00E9 \U0001F600"), "<FEFF00430061006600E90020D83DDE00>");
 }
 
 TEST(WritePdf, FontsAreEmbeddedSubsetsOfLiberation) {
@@ -266,7 +361,7 @@ TEST(WritePdf, TheSameReportAtTheSameClockGivesTheSameBytes) {
 
     EXPECT_EQ(fileBytes(dir / "first.pdf"), fileBytes(dir / "second.pdf"));
     EXPECT_NE(fileBytes(dir / "first.pdf"), fileBytes(dir / "later.pdf"));
-    EXPECT_NE(fileBytes(dir / "first.pdf").find("/CreationDate (20260314092653)"),
+    EXPECT_NE(fileBytes(dir / "first.pdf").find("/CreationDate (D:20260314092653)"),
               std::string::npos);
 }
 
@@ -304,11 +399,11 @@ TEST(PdfReuseScope, ARepeatedDocumentIsCopiedOnlyWhileItsFileIsUnchanged) {
         Clock::unpin();
 
         const std::string printed = fileBytes(dir / "printed.pdf");
-        EXPECT_EQ(printed.find("/CreationDate (20260314092653)") != std::string::npos, c.copied);
+        EXPECT_EQ(printed.find("/CreationDate (D:20260314092653)") != std::string::npos, c.copied);
         if (c.copied)
             EXPECT_EQ(printed, fileBytes(dir / "export.pdf"));
         else
-            EXPECT_NE(printed.find("/CreationDate (20270102"), std::string::npos);
+            EXPECT_NE(printed.find("/CreationDate (D:20270102"), std::string::npos);
     }
 }
 
