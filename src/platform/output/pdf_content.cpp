@@ -110,11 +110,29 @@ void appendStroke(std::string& out, const Stroke& stroke, PenState& pen) {
     out += "S\n";
 }
 
-void appendHexGlyph(std::string& out, std::uint16_t glyph) {
-    static constexpr char kDigits[] = "0123456789ABCDEF";
-    const char digits[4] = {kDigits[glyph >> 12], kDigits[(glyph >> 8) & 0xF],
-                            kDigits[(glyph >> 4) & 0xF], kDigits[glyph & 0xF]};
-    out.append(digits, 4);
+// A glyph number as the two bytes of a literal string, escaped where the string syntax needs
+// it (a bare end of line would be read back as a newline). Half the bytes of hex, so less to
+// compress.
+void appendGlyph(std::string& out, std::uint16_t glyph) {
+    for (const auto byte : {static_cast<unsigned char>(glyph >> 8),
+                            static_cast<unsigned char>(glyph & 0xFF)}) {
+        switch (byte) {
+        case '(':
+        case ')':
+        case '\\':
+            out += '\\';
+            out += static_cast<char>(byte);
+            break;
+        case '\r':
+            out += "\\r";
+            break;
+        case '\n':
+            out += "\\n";
+            break;
+        default:
+            out += static_cast<char>(byte);
+        }
+    }
 }
 
 double rounded(double value, int decimals) {
@@ -153,27 +171,27 @@ void appendText(std::string& out, const GlyphBatch& batch, FontResources& fonts,
         }
         if (!open || g.y != baseline) {
             if (open)
-                out += ">] TJ\n";
+                out += ")] TJ\n";
             out += "1 0 0 -1 ";
             appendPoint(out, g.x, g.y);
-            out += "Tm [<";
+            out += "Tm [(";
             open = true;
             penX = rounded(g.x, kPositionDecimals);
             baseline = g.y;
         } else {
             const double adjustment = rounded((penX - g.x) * 1000 / size, 1);
             if (std::fabs(adjustment) >= kSmallestAdjustment) {
-                out += '>';
+                out += ')';
                 appendNumber(out, adjustment, 1);
-                out += '<';
+                out += '(';
                 penX -= adjustment * size / 1000;
             }
         }
-        appendHexGlyph(out, glyph);
+        appendGlyph(out, glyph);
         penX += width * size / 1000;
     }
     if (open)
-        out += ">] TJ\n";
+        out += ")] TJ\n";
     out += "ET\n";
 }
 

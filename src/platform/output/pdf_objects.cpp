@@ -15,9 +15,10 @@ namespace {
 
 constexpr long long kPowersOfTen[] = {1, 10, 100, 1000, 10000, 100000, 1000000};
 
-// Level 6 (zlib's default) shrinks page content a little more than the fast levels at about
-// the same time, since page content is short and repetitive.
-constexpr int kCompression = Z_DEFAULT_COMPRESSION;
+// Level 3: for page content, zlib's default level (6) takes twice the time for files about an
+// eighth smaller; measured on a 1,757-page report, the compression was a seventh of the
+// whole run at level 6.
+constexpr int kCompression = 3;
 
 } // namespace
 
