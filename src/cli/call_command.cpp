@@ -6,6 +6,7 @@
 
 #include "cli/cli_host.hpp"
 #include "cli/commands.hpp"
+#include "cli/option_reader.hpp"
 #include "platform/core/error.hpp"
 #include "platform/db/connection.hpp"
 #include "service/print_service.hpp"
@@ -75,36 +76,27 @@ struct CallOptions {
 std::optional<CallOptions> parseOptions(const Args& args) {
     CallOptions options;
     service::TypedCallArguments& call = options.arguments;
-    const std::pair<const char*, std::string*> valued[] = {
+    const ValuedOption valued[] = {
         {"--data", &options.dataFile},           {"--vendor-path", &call.vendorPath},
         {"--report-format", &call.reportFormat}, {"--vendor", &options.vendor},
         {"--master", &options.master},
     };
-    for (size_t i = 1; i < args.size(); ++i) {
-        const std::string& a = args[i];
-        std::string* target = nullptr;
-        for (const auto& [option, value] : valued)
-            target = a == option ? value : target;
-        if (target) {
-            if (i + 1 >= args.size()) {
-                std::cerr << "quarvex-reports call: " << a << " needs a value\n";
-                return std::nullopt;
-            }
-            *target = args[++i];
-        } else if (a == "--example") {
+    const auto flag = [&](const std::string& a) -> std::optional<int> {
+        if (a == "--example")
             options.example = true;
-        } else if (a == "--preview" || a == "--no-preview") {
+        else if (a == "--preview" || a == "--no-preview")
             call.preview = a == "--preview";
-        } else if (a == "--excel") {
+        else if (a == "--excel")
             call.excel = true;
-        } else if (a == "--pdf") {
+        else if (a == "--pdf")
             call.pdf = true;
-        } else {
-            std::cerr << "quarvex-reports call: unknown option '" << a << "'\n";
-            printUsage(std::cerr);
-            return std::nullopt;
-        }
-    }
+        else
+            return unknownOption("call", a, printUsage);
+        return std::nullopt;
+    };
+    // The method's name comes first.
+    if (readOptions(std::span(args).subspan(1), "call", valued, flag))
+        return std::nullopt;
     return options;
 }
 

@@ -4,6 +4,7 @@
 
 #include "cli/cli_host.hpp"
 #include "cli/commands.hpp"
+#include "cli/option_reader.hpp"
 #include "data/statements.hpp"
 #include "platform/core/error.hpp"
 #include "platform/db/connection.hpp"
@@ -46,36 +47,26 @@ struct PackageOptions {
 std::optional<PackageOptions> parseOptions(const Args& args) {
     PackageOptions options;
     std::string job, user, out;
-    const std::pair<const char*, std::string*> valued[] = {
+    const ValuedOption valued[] = {
         {"--vendor", &options.vendor},
         {"--master", &options.master},
         {"--job", &job},
         {"--user", &user},
         {"--out", &out},
     };
-    for (size_t i = 0; i < args.size(); ++i) {
-        const std::string& a = args[i];
-        std::string* target = nullptr;
-        for (const auto& [option, value] : valued)
-            target = a == option ? value : target;
-        if (target) {
-            if (i + 1 >= args.size()) {
-                std::cerr << "quarvex-reports package: " << a << " needs a value\n";
-                return std::nullopt;
-            }
-            *target = args[++i];
-        } else if (!a.empty() && a[0] == '-') {
-            std::cerr << "quarvex-reports package: unknown option '" << a << "'\n";
-            printUsage(std::cerr);
-            return std::nullopt;
-        } else if (!service::bidPackageReport(a)) {
+    const auto report = [&](const std::string& a) -> std::optional<int> {
+        if (!a.empty() && a[0] == '-')
+            return unknownOption("package", a, printUsage);
+        if (!service::bidPackageReport(a)) {
             std::cerr << "quarvex-reports package: unknown report '" << a
                       << "' (see 'quarvex-reports package --help')\n";
-            return std::nullopt;
-        } else {
-            options.request.reports.push_back(a);
+            return 2;
         }
-    }
+        options.request.reports.push_back(a);
+        return std::nullopt;
+    };
+    if (readOptions(args, "package", valued, report))
+        return std::nullopt;
     if (options.vendor.empty() || options.master.empty() || job.empty() || out.empty()) {
         printUsage(std::cerr);
         return std::nullopt;

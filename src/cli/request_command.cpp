@@ -5,6 +5,7 @@
 
 #include "cli/cli_host.hpp"
 #include "cli/commands.hpp"
+#include "cli/option_reader.hpp"
 #include "platform/core/error.hpp"
 #include "platform/db/connection.hpp"
 #include "service/print_service.hpp"
@@ -29,27 +30,27 @@ void printUsage(std::ostream& out) {
 int runRequest(const Args& args) {
     std::string vendor, master, vendorPath, request;
     bool haveRequest = false;
-    for (size_t i = 0; i < args.size(); ++i) {
-        const std::string& a = args[i];
+    const ValuedOption valued[] = {
+        {"--vendor", &vendor},
+        {"--master", &master},
+        {"--vendor-path", &vendorPath},
+    };
+    const auto word = [&](const std::string& a) -> std::optional<int> {
         if (a == "--help" || a == "-h") {
             printUsage(std::cout);
             return 0;
         }
-        if (a == "--vendor" || a == "--master" || a == "--vendor-path") {
-            if (i + 1 >= args.size()) {
-                std::cerr << "quarvex-reports request: " << a << " needs a value\n";
-                return 2;
-            }
-            (a == "--vendor" ? vendor : a == "--master" ? master : vendorPath) = args[++i];
-        } else if (!haveRequest && (a.empty() || a[0] != '-' || a.find(' ') != std::string::npos)) {
+        if (!haveRequest && (a.empty() || a[0] != '-' || a.find(' ') != std::string::npos)) {
             request = a;
             haveRequest = true;
-        } else {
-            std::cerr << "quarvex-reports request: unexpected argument '" << a << "'\n";
-            printUsage(std::cerr);
-            return 2;
+            return std::nullopt;
         }
-    }
+        std::cerr << "quarvex-reports request: unexpected argument '" << a << "'\n";
+        printUsage(std::cerr);
+        return 2;
+    };
+    if (std::optional<int> exitCode = readOptions(args, "request", valued, word))
+        return *exitCode;
     if (vendor.empty() || master.empty() || !haveRequest) {
         printUsage(std::cerr);
         return 2;

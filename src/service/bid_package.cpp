@@ -329,16 +329,7 @@ void printBidPackage(PrintService& service, const BidPackageRequest& request) {
     initializeComponent();
 
     // The request reports read the request connections; they are the host's only for this call.
-    auto& state = host::moduleState();
-    state.requestVendorConnection = vendor;
-    state.requestMasterConnection = master;
-    struct ClearRequestConnections {
-        ~ClearRequestConnections() {
-            auto& s = host::moduleState();
-            s.requestMasterConnection.reset();
-            s.requestVendorConnection.reset();
-        }
-    } clear;
+    const host::RequestConnectionsScope requestConnections(vendor, master);
 
     const PackageHeadings headings = lookUpHeadings(vendor, master, request);
     setRequestState(headings, request);

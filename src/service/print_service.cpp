@@ -97,17 +97,8 @@ void PrintService::PrintReport(std::string& args) {
         throw Error::component(kSource, "Cannot call PrintReport() without setting the "
                                         "VendorConnection and MasterConnection properties first");
     }
-    auto& state = host::moduleState();
-    state.requestMasterConnection = m_masterConnection;
-    state.requestVendorConnection = m_vendorConnection;
     // The request connections are the host's only for this call, whatever the dispatcher does.
-    struct ClearRequestConnections {
-        ~ClearRequestConnections() {
-            auto& s = host::moduleState();
-            s.requestMasterConnection.reset();
-            s.requestVendorConnection.reset();
-        }
-    } clear;
+    const host::RequestConnectionsScope requestConnections(m_vendorConnection, m_masterConnection);
     DispatchRequest(args);
 }
 

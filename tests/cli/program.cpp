@@ -2,24 +2,11 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <sys/wait.h>
 
 namespace qr::test {
 
-namespace {
-
 namespace fs = std::filesystem;
-
-std::string readAll(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-} // namespace
 
 std::string quoted(const std::string& arg) {
     std::string q = "'";
@@ -40,8 +27,8 @@ Outcome runProgram(const TempDir& dir, const std::vector<std::string>& args,
     const int status = std::system(command.c_str());
     Outcome outcome;
     outcome.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    outcome.out = readAll(dir / "stdout");
-    outcome.err = readAll(dir / "stderr");
+    outcome.out = fileBytes(dir / "stdout");
+    outcome.err = fileBytes(dir / "stderr");
     return outcome;
 }
 

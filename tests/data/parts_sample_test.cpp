@@ -95,16 +95,10 @@ TEST(PartsSample, TheDataFilesReadBackAsTheDataTheyWereWrittenFrom) {
     test::TempDir dir;
     const auto files = writePartsReportData(dir / "data");
     ASSERT_EQ(files.size(), 3u * 13u);
-    const auto read = [](const std::filesystem::path& file) {
-        std::ifstream in(file);
-        std::ostringstream text;
-        text << in.rdbuf();
-        return text.str();
-    };
     // Written, read and written again: the same text, so no member is lost either way.
     for (const auto& file : files) {
         SCOPED_TRACE(file.filename().string());
-        const std::string text = read(file);
+        const std::string text = test::fileBytes(file);
         const std::string method =
             file.filename().string().substr(0, file.filename().string().find('-'));
         std::string again;

@@ -22,7 +22,6 @@
 #include <poppler-document.h>
 #include <poppler-toc.h>
 #include <regex>
-#include <sstream>
 
 namespace qr::service {
 namespace {
@@ -32,13 +31,6 @@ namespace fs = std::filesystem;
 std::string utf8(const poppler::ustring& text) {
     const auto bytes = text.to_utf8();
     return {bytes.begin(), bytes.end()};
-}
-
-std::string bytesOf(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    return bytes.str();
 }
 
 std::string firstText(db::Connection& connection, const std::string& sql, const char* column) {
@@ -84,13 +76,12 @@ std::pair<int, int> printedPageNumber(const std::string& pageText) {
     return {std::stoi(match[1]), std::stoi(match[2])};
 }
 
-class BidPackage : public test::CostReportTest {
+class BidPackage : public test::CostSampleTest {
   protected:
     void SetUp() override {
-        CostReportTest::SetUp();
+        CostSampleTest::SetUp();
         if (IsSkipped())
             return;
-        loadSample();
         service.setContainer(m_host->host);
         service.setVendorConnection(vendorConnection());
         service.setMasterConnection(masterConnection());
@@ -104,7 +95,7 @@ class BidPackage : public test::CostReportTest {
     BidPackageRequest request;
 };
 
-TEST_P(BidPackage, EachReportHasItsBookmarkAtItsFirstPageAndKeepsItsOwnPageNumbers) {
+TEST_P(BidPackage, EachReportHasItsBookmarkAndOwnPageNumbersAndTheDocumentNamesTheJob) {
     printBidPackage(service, request);
     EXPECT_TRUE(shown().empty());
 
@@ -135,23 +126,18 @@ TEST_P(BidPackage, EachReportHasItsBookmarkAtItsFirstPageAndKeepsItsOwnPageNumbe
     EXPECT_EQ(static_cast<int>(pages.size()), expectedStart - 1);
     EXPECT_GT(pages.size(), bookmarks.size()); // the glass list runs over more than one page
 
-    // Printed headless: nothing exported into the job's folder.
-    EXPECT_FALSE(fs::exists(reportsFolder(
-        firstText(vendor(), "SELECT sJobName FROM JobSummary WHERE JobID=1", "sJobName"))));
-}
-
-TEST_P(BidPackage, TheDocumentNamesTheJobAndTheFirm) {
-    printBidPackage(service, request);
+    // The document names the job and the firm.
     const std::string jobName =
         firstText(vendor(), "SELECT sJobName FROM JobSummary WHERE JobID=1", "sJobName");
-    const std::string firm = firstText(master(), "SELECT sName FROM Company", "sName");
-
     std::unique_ptr<poppler::document> doc(
         poppler::document::load_from_file(request.output.string()));
     ASSERT_TRUE(doc);
     EXPECT_EQ(utf8(doc->get_title()), "Bid Package - " + jobName);
-    EXPECT_EQ(utf8(doc->get_author()), firm);
+    EXPECT_EQ(utf8(doc->get_author()), firstText(master(), "SELECT sName FROM Company", "sName"));
     EXPECT_EQ(utf8(doc->get_subject()), jobName);
+
+    // Printed headless: nothing exported into the job's folder.
+    EXPECT_FALSE(fs::exists(reportsFolder(jobName)));
 }
 
 TEST_P(BidPackage, ReportsNamedRunInTheGivenOrder) {
@@ -208,7 +194,7 @@ TEST_P(BidPackage, AFailureWritesNothingAndNamesWhatFailed) {
             EXPECT_EQ(e.number(), c.errorNumber);
             EXPECT_NE(e.description().find(c.named), std::string::npos) << e.description();
         }
-        EXPECT_EQ(bytesOf(earlier), "the package sent yesterday");
+        EXPECT_EQ(test::fileBytes(earlier), "the package sent yesterday");
         EXPECT_EQ(std::distance(fs::directory_iterator(out.path()), fs::directory_iterator()), 1);
         if (c.shownTitle) {
             ASSERT_EQ(shown().size(), 1u);

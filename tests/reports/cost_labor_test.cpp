@@ -8,14 +8,8 @@
 namespace qr::test {
 namespace {
 
-class LaborReportTest : public CostReportTest {
+class LaborReportTest : public CostFixtureTest {
   protected:
-    void SetUp() override {
-        CostReportTest::SetUp();
-        if (IsSkipped())
-            return;
-        loadFixture();
-    }
     // A figure of one elevation in the labor table, as stored.
     double stored(const std::string& table, const std::string& elevation,
                   const std::string& column) {
@@ -51,7 +45,7 @@ TEST_P(LaborReportTest, MultipliesEachElevationOutAndWritesItBack) {
             << e.elevation << " " << e.column;
 }
 
-TEST_P(LaborReportTest, PrintsTheElevationsInOrderWithGrandTotalsAndAddedLabor) {
+TEST_P(LaborReportTest, PrintsTheElevationsGrandTotalsAddedLaborAndItsItems) {
     setRequest("LaborClinic", kClinicJob);
     reports::FinalLaborAR report;
     const page::Pages& pages = run(report);
@@ -73,18 +67,13 @@ TEST_P(LaborReportTest, PrintsTheElevationsInOrderWithGrandTotalsAndAddedLabor) 
     };
     for (const auto& [control, text] : expected)
         EXPECT_EQ(costText(pages, control), text) << control;
-    writeCostPngs(pages, "finallaborar");
-}
-
-TEST_P(LaborReportTest, SubReportListsTheItemsWithHoursOrAnAmount) {
-    setRequest("LaborClinic", kClinicJob);
-    reports::FinalLaborAR report;
-    const page::Pages& pages = run(report);
+    // The sub-report lists the items with hours or an amount.
     EXPECT_EQ(costTexts(pages, "ItemName"),
               (std::vector<std::string>{"Mobilization", "Field measuring", "Punch list"}));
     EXPECT_EQ(costTexts(pages, "FixedAmount"),
               (std::vector<std::string>{"$125.00", "$.00", "$.00"}));
     EXPECT_EQ(costTexts(pages, "MiscHours"), (std::vector<std::string>{"0.00", "6.00", "4.00"}));
+    writeCostPngs(pages, "finallaborar");
 }
 
 TEST_P(LaborReportTest, ElevationTotalsRoundHalvesToEven) {

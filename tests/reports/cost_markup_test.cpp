@@ -10,14 +10,8 @@
 namespace qr::test {
 namespace {
 
-class MarkupReportTest : public CostReportTest {
+class MarkupReportTest : public CostFixtureTest {
   protected:
-    void SetUp() override {
-        CostReportTest::SetUp();
-        if (IsSkipped())
-            return;
-        loadFixture();
-    }
     std::string jobText(int jobId, const std::string& column) {
         const Variant value = vendorValue(
             "SELECT " + column + " FROM JobSummary WHERE JobID=" + std::to_string(jobId), column);
@@ -25,7 +19,7 @@ class MarkupReportTest : public CostReportTest {
     }
 };
 
-TEST_P(MarkupReportTest, ShowsTheJobTheFirmAndBothCustomers) {
+TEST_P(MarkupReportTest, ShowsTheJobTheFirmBothCustomersAndTheFigures) {
     setRequest("MarkupClinic", kClinicJob);
     reports::ARMarkup report;
     const page::Pages& pages = run(report);
@@ -49,20 +43,6 @@ TEST_P(MarkupReportTest, ShowsTheJobTheFirmAndBothCustomers) {
         {"Architect", "Linden & Shaw Architects"},
         {"ArchName", "Paul Linden, AIA"},
         {"ArchAddr3", "Portland, OR 97205"},
-    };
-    for (const auto& [control, text] : expected)
-        EXPECT_EQ(costText(pages, control), text) << control;
-    // Null customer columns print nothing.
-    EXPECT_TRUE(costTexts(pages, "ArchFax").empty());
-    EXPECT_TRUE(costTexts(pages, "ArchAddr2").empty());
-    writeCostPngs(pages, "armarkup");
-}
-
-TEST_P(MarkupReportTest, CategoryTotalsFollowTheOverrideRule) {
-    setRequest("MarkupClinic", kClinicJob);
-    reports::ARMarkup report;
-    const page::Pages& pages = run(report);
-    const std::pair<const char*, const char*> expected[] = {
         {"StockBaseCostField", "$48,250.75"}, // override Null: the computed total
         {"DoorBaseCostField", "$11,850.00"},  // overridden
         {"MiscBaseCostField", "$0.00"},       // an override of 0 is an override
@@ -72,16 +52,6 @@ TEST_P(MarkupReportTest, CategoryTotalsFollowTheOverrideRule) {
         {"Field18", "$1,500.00"},
         {"Field32", "3.5"},
         {"Field39", "7.75"},
-    };
-    for (const auto& [control, text] : expected)
-        EXPECT_EQ(costText(pages, control), text) << control;
-}
-
-TEST_P(MarkupReportTest, ShowsTheMarkupTableFiguresAndPricesPerSquareFoot) {
-    setRequest("MarkupClinic", kClinicJob);
-    reports::ARMarkup report;
-    const page::Pages& pages = run(report);
-    const std::pair<const char*, const char*> expected[] = {
         {"lTotalMetal", "$60,950.75"},
         {"lMetalSurcharge", "$2,133.28"},
         {"lTotalGlassWSur", "$37,138.45"},
@@ -98,6 +68,16 @@ TEST_P(MarkupReportTest, ShowsTheMarkupTableFiguresAndPricesPerSquareFoot) {
     };
     for (const auto& [control, text] : expected)
         EXPECT_EQ(costText(pages, control), text) << control;
+    // Null customer columns print nothing.
+    EXPECT_TRUE(costTexts(pages, "ArchFax").empty());
+    EXPECT_TRUE(costTexts(pages, "ArchAddr2").empty());
+    // The firm's texts are merged into what prints, not into the job's row.
+    EXPECT_EQ(costText(pages, "Field2"), "Caulking at the perimeter by others.\n\nPermits, bonds "
+                                         "and engineering are excluded.");
+    EXPECT_EQ(costText(pages, "Field3"),
+              "Storefront at grade, curtain wall above.\n\nPrices are good for 30 days.");
+    EXPECT_EQ(jobText(kClinicJob, "mexclusions"), "Caulking at the perimeter by others.");
+    writeCostPngs(pages, "armarkup");
 }
 
 TEST_P(MarkupReportTest, AllFiguresZeroPrintDollarPointZeroZero) {
@@ -154,17 +134,6 @@ TEST_P(MarkupReportTest, ARunAfterAnotherStartsFromTheDesignTexts) {
     EXPECT_TRUE(costTexts(pages, "Contractor").empty());
     EXPECT_EQ(costText(pages, "lCostPerFt"), "xx");
     EXPECT_EQ(costText(pages, "lJobName"), "Quick Lube Storefront");
-}
-
-TEST_P(MarkupReportTest, MarkupReportShowsTheMergedTextsWithoutStoringThem) {
-    setRequest("MarkupClinic", kClinicJob);
-    reports::ARMarkup report;
-    const page::Pages& pages = run(report);
-    EXPECT_EQ(costText(pages, "Field2"), "Caulking at the perimeter by others.\n\nPermits, bonds "
-                                         "and engineering are excluded.");
-    EXPECT_EQ(costText(pages, "Field3"),
-              "Storefront at grade, curtain wall above.\n\nPrices are good for 30 days.");
-    EXPECT_EQ(jobText(kClinicJob, "mexclusions"), "Caulking at the perimeter by others.");
 }
 
 TEST_P(MarkupReportTest, EstimateFoldsTheMarkupsIntoItsTotals) {

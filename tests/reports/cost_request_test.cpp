@@ -12,23 +12,7 @@ namespace {
 
 constexpr const char* kSampleJob = "Riverside Medical Office Building";
 
-class CostRequestTest : public CostReportTest {
-  protected:
-    void SetUp() override {
-        CostReportTest::SetUp();
-        if (IsSkipped())
-            return;
-        m_tables = loadSample();
-    }
-    // The sample's report table of job 1 of a kind, as the sample writer named it.
-    std::string table(const char* stem) const {
-        auto found = std::find_if(m_tables.begin(), m_tables.end(), [&](const std::string& t) {
-            return t.rfind(stem, 0) == 0 && t.substr(std::string(stem).size()) == "1";
-        });
-        return found == m_tables.end() ? std::string("<none>") : *found;
-    }
-    std::vector<std::string> m_tables;
-};
+class CostRequestTest : public CostSampleTest {};
 
 bool contains(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
@@ -47,7 +31,7 @@ TEST_P(CostRequestTest, EachReportPrintsAndExportsBothFilesForTheSampleJob) {
     // the host's, the per-square-foot prices divide by its 3,187.45 square feet, and the
     // labor report's job grand total comes back to the job's labor total at cost.
     const Case cases[] = {
-        {"armarkup " + table("MarkupReport") + " false 1 1 true true false |x |",
+        {"armarkup " + sampleTable("MarkupReport") + " false 1 1 true true false |x |",
          "ARMarkup",
          "-Markup",
          {"Markup Report", "License #", "$253,888.43"},
@@ -57,7 +41,7 @@ TEST_P(CostRequestTest, EachReportPrintsAndExportsBothFilesForTheSampleJob) {
           {"lGrandTotal", "$253,888.43"},
           {"lCostPerFt", "$64.12"},
           {"lSellPerFt", "$79.65"}}},
-        {"armarkup2 " + table("MarkupReport") + " false 1 1 true true false |x |",
+        {"armarkup2 " + sampleTable("MarkupReport") + " false 1 1 true true false |x |",
          "ARMarkup2",
          "-MarkupNoCost",
          {"Job Estimate", "Price / Square Ft:", "$185,636.29"},
@@ -66,19 +50,19 @@ TEST_P(CostRequestTest, EachReportPrintsAndExportsBothFilesForTheSampleJob) {
           {"lTaxPcnt", " 8.4"},
           {"lGrandTotal", "$253,888.43"},
           {"lSellPerFt", "$79.65"}}},
-        {"finalsummaryar " + table("FramingReport") +
+        {"finalsummaryar " + sampleTable("FramingReport") +
              " false 1 1 true true false |x |212-48-6-3180.25-9",
          "FinalSummaryAR",
          "-FinalSummary",
          {"Final Summary", "No wind load calculations", "$188,596.68"},
          {{"lLiteCount", "212"}, {"lElevationCount", "9"}, {"lGrandTotal", "$188,596.68"}}},
-        {"finalsummaryar2 " + table("FramingReport") +
+        {"finalsummaryar2 " + sampleTable("FramingReport") +
              " false 1 1 true true false |x |212-48-6-3180.25-9",
          "FinalSummaryAR2",
          "-FinalSummaryNN",
          {"Final Summary", "All Totals are at Cost"},
          {{"lLaborTotal", "$36,746.98"}, {"lGrandTotal", "$188,596.68"}}},
-        {"finallaborar " + table("LaborReport") + " false 1 1 true true false |x |",
+        {"finallaborar " + sampleTable("LaborReport") + " false 1 1 true true false |x |",
          "FinalLaborAR",
          "-FinalLabor",
          {"Final Labor Report", "Added Job Labor Details", "$36,746.98"},
@@ -122,7 +106,7 @@ TEST_P(CostRequestTest, EachReportPrintsAndExportsBothFilesForTheSampleJob) {
 }
 
 TEST_P(CostRequestTest, AJobSizeTextWithoutSeparatorsIsShownToTheUser) {
-    printRequest("finalsummaryar " + table("FramingReport") +
+    printRequest("finalsummaryar " + sampleTable("FramingReport") +
                  " false 1 1 false false false |x |212");
     const auto shown = shownMessages();
     ASSERT_EQ(shown.size(), 1u);

@@ -8,15 +8,7 @@
 namespace qr::test {
 namespace {
 
-class FinalSummaryTest : public CostReportTest {
-  protected:
-    void SetUp() override {
-        CostReportTest::SetUp();
-        if (IsSkipped())
-            return;
-        loadFixture();
-    }
-};
+class FinalSummaryTest : public CostFixtureTest {};
 
 TEST_P(FinalSummaryTest, ShowsTheJobItsSizeAndItsTotalsAtCost) {
     setRequest("FramingClinic", kClinicJob, "48-12-2-310.5-4");

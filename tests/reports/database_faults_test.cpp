@@ -14,15 +14,8 @@
 namespace qr::test {
 namespace {
 
-class DatabaseFaultTest : public CostReportTest {
+class DatabaseFaultTest : public CostFixtureTest {
   protected:
-    void SetUp() override {
-        CostReportTest::SetUp();
-        if (IsSkipped())
-            return;
-        loadFixture();
-    }
-
     // Every figure of the labor table, read through a connection of its own, as one text.
     std::string laborTable(const std::string& table) {
         auto rows = otherVendorConnection()->openRecordset(

@@ -259,14 +259,7 @@ TEST_F(ElevGlassTest, TheSampleJobsElevationsPrintWholeOneObjectEach) {
 
 constexpr const char* kNotSet = "Object variable or With block variable not set";
 
-class ElevGlassRequestTest : public CostReportTest {
-  protected:
-    void SetUp() override {
-        CostReportTest::SetUp();
-        if (!IsSkipped())
-            loadSample();
-    }
-};
+class ElevGlassRequestTest : public CostSampleTest {};
 
 TEST_P(ElevGlassRequestTest, ARequestByNameFailsInItsStartHandlerAndTheNextRequestRuns) {
     for (const char* className : {"ElevGlassAR", "ElevGlassAR2"}) {

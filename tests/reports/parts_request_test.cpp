@@ -11,14 +11,7 @@ namespace {
 constexpr const char* kSampleJob = "Riverside Medical Office Building";
 constexpr const char* kNotSet = "Object variable or With block variable not set";
 
-class PartsRequestTest : public CostReportTest {
-  protected:
-    void SetUp() override {
-        CostReportTest::SetUp();
-        if (!IsSkipped())
-            loadSample();
-    }
-};
+class PartsRequestTest : public CostSampleTest {};
 
 TEST_P(PartsRequestTest, ARequestWithoutReportDataFailsThroughTheErrorPathAndWritesNothing) {
     const std::pair<const char*, const char*> requests[] = {

@@ -55,15 +55,8 @@ struct Printed {
 const std::vector<std::string> kGlassFooters{"GroupFooter2", "GroupFooter1", "GroupFooter3",
                                              "gfOrderGroup"};
 
-class SampleLayoutTest : public CostReportTest {
+class SampleLayoutTest : public CostSampleTest {
   protected:
-    void SetUp() override {
-        CostReportTest::SetUp();
-        if (IsSkipped())
-            return;
-        loadSample();
-    }
-
     /// Every report of sample job `jobId` that the job can be printed with; with `pictures`,
     /// its pages are also written as PNG files into the build tree, for looking at.
     std::vector<Printed> printJob(int jobId, bool pictures = false) {

@@ -33,33 +33,17 @@ struct Exported {
     page::Pages pages;
 };
 
-class SampleWorkbooks : public CostReportTest {
+class SampleWorkbooks : public CostSampleTest {
   protected:
-    void SetUp() override {
-        CostReportTest::SetUp();
-        if (IsSkipped())
-            return;
-        m_tables = loadSample();
-    }
-
-    /// The sample's report table of job 1 of a kind.
-    std::string table(const std::string& stem) const {
-        for (const std::string& t : m_tables) {
-            if (t == stem + "1")
-                return t;
-        }
-        return "<none>";
-    }
-
     /// Every report of the sample job with a spreadsheet export, exported.
     std::vector<Exported> exportAll() {
         std::vector<Exported> all;
         const std::pair<std::string, const char*> requests[] = {
-            {"armarkup " + table("MarkupReport"), "ARMarkup"},
-            {"armarkup2 " + table("MarkupReport"), "ARMarkup2"},
-            {"finalsummaryar " + table("FramingReport"), "FinalSummaryAR"},
-            {"finalsummaryar2 " + table("FramingReport"), "FinalSummaryAR2"},
-            {"finallaborar " + table("LaborReport"), "FinalLaborAR"},
+            {"armarkup " + sampleTable("MarkupReport"), "ARMarkup"},
+            {"armarkup2 " + sampleTable("MarkupReport"), "ARMarkup2"},
+            {"finalsummaryar " + sampleTable("FramingReport"), "FinalSummaryAR"},
+            {"finalsummaryar2 " + sampleTable("FramingReport"), "FinalSummaryAR2"},
+            {"finallaborar " + sampleTable("LaborReport"), "FinalLaborAR"},
         };
         for (const auto& [request, className] : requests) {
             printRequest(request + " false 1 1 false false false |x |212-48-6-3180.25-9");
@@ -95,8 +79,6 @@ class SampleWorkbooks : public CostReportTest {
         output::writeWorkbook(pages, path);
         return path;
     }
-
-    std::vector<std::string> m_tables;
 };
 
 std::vector<std::string> linesOf(const std::string& text) {

@@ -30,12 +30,8 @@ std::map<std::string, std::string> folderContents(const fs::path& folder) {
     std::map<std::string, std::string> files;
     if (!fs::is_directory(folder))
         return files;
-    for (const auto& entry : fs::directory_iterator(folder)) {
-        std::ifstream in(entry.path(), std::ios::binary);
-        std::ostringstream bytes;
-        bytes << in.rdbuf();
-        files[entry.path().filename().string()] = bytes.str();
-    }
+    for (const auto& entry : fs::directory_iterator(folder))
+        files[entry.path().filename().string()] = test::fileBytes(entry.path());
     return files;
 }
 

@@ -27,13 +27,6 @@ namespace {
 namespace fs = std::filesystem;
 using Files = std::map<std::string, std::string>; // path under the vendor folder -> bytes
 
-std::string bytesOf(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    return bytes.str();
-}
-
 Files exportedFiles(const fs::path& vendorFolder) {
     Files files;
     const fs::path jobs = vendorFolder / "Jobs";
@@ -41,7 +34,7 @@ Files exportedFiles(const fs::path& vendorFolder) {
         return files;
     for (const auto& entry : fs::recursive_directory_iterator(jobs))
         if (entry.is_regular_file())
-            files[fs::relative(entry.path(), vendorFolder).string()] = bytesOf(entry.path());
+            files[fs::relative(entry.path(), vendorFolder).string()] = test::fileBytes(entry.path());
     return files;
 }
 

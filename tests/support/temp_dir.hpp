@@ -20,4 +20,7 @@ class TempDir {
     std::filesystem::path m_path;
 };
 
+/// The whole content of `file`; empty when it cannot be read.
+std::string fileBytes(const std::filesystem::path& file);
+
 } // namespace qr::test

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 namespace qr::host {
 
@@ -41,5 +42,23 @@ struct ModuleState {
 
 /// This thread's module state.
 ModuleState& moduleState();
+
+/// Lends a request's two connections to this thread's module state for one call: set when made,
+/// cleared when it goes, however the call ends.
+class RequestConnectionsScope {
+public:
+    RequestConnectionsScope(ConnectionRef vendor, ConnectionRef master) {
+        ModuleState& state = moduleState();
+        state.requestVendorConnection = std::move(vendor);
+        state.requestMasterConnection = std::move(master);
+    }
+    ~RequestConnectionsScope() {
+        ModuleState& state = moduleState();
+        state.requestMasterConnection.reset();
+        state.requestVendorConnection.reset();
+    }
+    RequestConnectionsScope(const RequestConnectionsScope&) = delete;
+    RequestConnectionsScope& operator=(const RequestConnectionsScope&) = delete;
+};
 
 } // namespace qr::host

@@ -61,30 +61,7 @@ TEST(ReportLayout, MemoWithLineBreaksGrowsItsSectionAndPushesWhatIsBelow) {
     EXPECT_EQ(textsOf(page, "After")[1].box.y, 720 + 540 + 480 + 300);
 }
 
-TEST(ReportLayout, TextThatMayNotGrowIsClippedToItsBox) {
-    ReportDesign d = designOf(
-        "Clip", {detail("Detail", 480,
-                        {textBox("Wrapped", {0, 0, 500, 480}, "t"),
-                         textBox("OneLine", {1000, 0, 500, 240}, "t").noWrap(),
-                         textBox("RightEnd", {2000, 0, 500, 240}, "t").noWrap().alignRight()})});
-    ListReport report(std::move(d), {"t"}, {V{"aaa bbb ccc"}});
-    report.run();
-    const page::Page& page = report.pages().pages[0];
-    auto runTexts = [&](const std::string& control) {
-        std::vector<std::string> texts;
-        const page::TextItem item = textsOf(page, control)[0];
-        for (const page::TextRun& r : item.runs)
-            texts.push_back(r.text);
-        return texts;
-    };
-    EXPECT_EQ(runTexts("Wrapped"), (std::vector<std::string>{"aaa", "bbb"}));
-    EXPECT_EQ(runTexts("OneLine"), (std::vector<std::string>{"aaa b"}));
-    EXPECT_EQ(runTexts("RightEnd"), (std::vector<std::string>{"b ccc"}));
-    // The item keeps the whole text for outputs that show cells.
-    EXPECT_EQ(textsOf(page, "OneLine")[0].text, "aaa bbb ccc");
-}
-
-TEST(ReportLayout, EveryTextCutToItsBoxIsListedWithItsPage) {
+TEST(ReportLayout, TextThatMayNotGrowIsClippedAndEveryCutIsListedWithItsPage) {
     ReportDesign d = designOf(
         "Cuts",
         {detail("Detail", 480,
@@ -108,7 +85,10 @@ TEST(ReportLayout, EveryTextCutToItsBoxIsListedWithItsPage) {
         {1, "Late", "Detail", "later", "lat", false},
         {1, "Folio", "PageFooter", "1", "", false},
     };
+    // What each cut text printed is what its runs hold; the item keeps the whole text for
+    // outputs that show cells.
     EXPECT_EQ(report.pages().cutTexts, expected);
+    EXPECT_EQ(textsOf(report.pages().pages[0], "OneLine")[0].text, "aaa bbb ccc");
 }
 
 TEST(ReportLayout, TextsChangedInBeforePrintAreLaidOutInTheirBoxes) {

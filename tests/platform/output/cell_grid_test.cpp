@@ -112,6 +112,20 @@ TEST(CellGridLayout, PlacesTextsByTheirPositions) {
           text(720, 300, 1000, "c"), text(3500, 300, 500, "d", Align::Right),
           text(3000, 300, 400, "e")},
          {"a||b", "c|e|d"}},
+        {"only visible texts and checked boxes make cells",
+         {page::CheckBoxItem{{720, 0, 200, 200}, true, "CheckBox1"},
+          page::CheckBoxItem{{720, 300, 200, 200}, false, "CheckBox2"},
+          page::LineItem{720, 600, 11520, 600}, page::RectItem{{720, 900, 5000, 1000}},
+          text(720, 1200, 1000, "  "), text(720, 1500, 1000, "z")},
+         {"X", "z"}},
+        {"texts that land in one cell are joined, a figure's too",
+         {text(720, 0, 1000, "Job"),
+          [] {
+              page::TextItem figure = number(740, 0, 500, 42, "42");
+              figure.align = Align::Left;
+              return figure;
+          }()},
+         {"Job 42"}},
     };
     for (const LayoutCase& c : cases) {
         EXPECT_EQ(rendered(buildCellGrid(pagesOf({c.items}))), c.expected) << c.name;
@@ -214,24 +228,6 @@ TEST(CellGridCells, WrappedTextsShowTheirPrintedLinesAndCutTextsShowWhole) {
     // The whole text, not only its printed part, has room in its column (nothing beside it
     // is free): 25 characters where 16 printed 1236 twips wide.
     EXPECT_GE(grid.columns.at(0).width, 1236 * 25 / 16);
-}
-
-TEST(CellGridCells, OnlyVisibleTextsAndCheckedBoxesMakeCells) {
-    page::CheckBoxItem checked{{720, 0, 200, 200}, true, "CheckBox1"};
-    page::CheckBoxItem unchecked{{720, 300, 200, 200}, false, "CheckBox2"};
-    page::LineItem line{720, 600, 11520, 600};
-    page::RectItem frame{{720, 900, 5000, 1000}};
-    CellGrid grid =
-        buildCellGrid(pagesOf({{checked, unchecked, line, frame, text(720, 1200, 1000, "  "),
-                                text(720, 1500, 1000, "z")}}));
-    EXPECT_EQ(rendered(grid), (std::vector<std::string>{"X", "z"}));
-}
-
-TEST(CellGridCells, TextsThatLandInOneCellAreJoined) {
-    page::TextItem figure = number(740, 0, 500, 42, "42");
-    figure.align = Align::Left;
-    CellGrid grid = buildCellGrid(pagesOf({{text(720, 0, 1000, "Job"), figure}}));
-    EXPECT_EQ(rendered(grid), (std::vector<std::string>{"Job 42"}));
 }
 
 TEST(CellGridCells, ColumnsPastTheLimitFoldIntoTheLast) {

@@ -90,10 +90,5 @@ TEST(HeadlessPreview, UnusableFolderIsAnErrorNamingIt) {
     EXPECT_TRUE(messages.str().empty());
 }
 
-TEST(MakePreviewPresenter, GivesTheHeadlessPresenter) {
-    auto presenter = makePreviewPresenter();
-    EXPECT_NE(dynamic_cast<HeadlessPreview*>(presenter.get()), nullptr);
-}
-
 } // namespace
 } // namespace qr::output

@@ -70,13 +70,25 @@ QImage grabPages(PreviewWindow& window) {
 
 class PreviewWindowTest : public ::testing::Test {
   protected:
+    void TearDown() override {
+        if (window)
+            window->close();
+    }
+    /// Opens a glass order of `pageCount` pages in a window and waits until it is on the screen.
+    bool open(int pageCount = 5) {
+        pages = glassOrder(pageCount);
+        window = std::make_unique<PreviewWindow>(pages, "Glass Order");
+        return test::showAndActivate(*window);
+    }
     test::WindowTestSession session;
     const std::string& platform = session.platform();
+    page::Pages pages;
+    std::unique_ptr<PreviewWindow> window;
 };
 
 TEST_F(PreviewWindowTest, ModalPreviewIsDrivenByKeysShowsThePageAndReturnsWhenClosed) {
     SCOPED_TRACE("Qt platform " + platform);
-    const page::Pages pages = glassOrder();
+    pages = glassOrder();
     QString pageBoxAfterNext, zoomBoxAfterZoom, findStatus;
     int zoomBefore = 0, zoomAfterKeys = 0, zoomAfterWheel = 0, secondPageTop = -1;
     int secondInk = -1, firstInkOnSecond = -1, highlighted = -1, highlightArea = 0;
@@ -148,9 +160,8 @@ TEST_F(PreviewWindowTest, ModalPreviewIsDrivenByKeysShowsThePageAndReturnsWhenCl
 }
 
 TEST_F(PreviewWindowTest, PageCommandsAndThePageBoxMoveThroughThePages) {
-    const page::Pages pages = glassOrder();
-    PreviewWindow window(pages, "Glass Order");
-    ASSERT_TRUE(test::showAndActivate(window));
+    ASSERT_TRUE(open());
+    PreviewWindow& window = *this->window;
     auto* pageBox = window.findChild<QLineEdit*>("pageBox");
     struct Case {
         const char* name;
@@ -198,13 +209,11 @@ TEST_F(PreviewWindowTest, PageCommandsAndThePageBoxMoveThroughThePages) {
         EXPECT_EQ(pageBox->text(), shown);
         EXPECT_EQ(window.thumbnails().currentIndex().row(), int(c.to));
     }
-    window.close();
 }
 
 TEST_F(PreviewWindowTest, ZoomBoxTakesFitModesAndPercentagesWithinLimits) {
-    const page::Pages pages = glassOrder();
-    PreviewWindow window(pages, "Glass Order");
-    ASSERT_TRUE(test::showAndActivate(window));
+    ASSERT_TRUE(open());
+    PreviewWindow& window = *this->window;
     auto* zoomBox = window.findChild<QComboBox*>("zoomBox");
     struct Case {
         const char* typed;
@@ -237,13 +246,11 @@ TEST_F(PreviewWindowTest, ZoomBoxTakesFitModesAndPercentagesWithinLimits) {
     window.setZoom({ZoomMode::FitWidth, 100});
     EXPECT_NEAR(window.pageView().pageRectInView(0).width(), view.width() - 2 * PageColumn::kGap,
                 2);
-    window.close();
 }
 
 TEST_F(PreviewWindowTest, FindGoesFromMatchToMatchAndWraps) {
-    const page::Pages pages = glassOrder();
-    PreviewWindow window(pages, "Glass Order");
-    ASSERT_TRUE(test::showAndActivate(window));
+    ASSERT_TRUE(open());
+    PreviewWindow& window = *this->window;
     window.find("tempered");
     ASSERT_EQ(window.matchCount(), 3u);
     struct Step {
@@ -279,13 +286,11 @@ TEST_F(PreviewWindowTest, FindGoesFromMatchToMatchAndWraps) {
     EXPECT_EQ(
         countPixels(shot, shot.rect(), [](QRgb p) { return near(p, PageView::kMatchColor, 2); }),
         0);
-    window.close();
 }
 
 TEST_F(PreviewWindowTest, LargeReportDrawsOnlyWhatComesIntoView) {
-    const page::Pages pages = glassOrder(2000);
-    PreviewWindow window(pages, "Glass Order");
-    ASSERT_TRUE(test::showAndActivate(window));
+    ASSERT_TRUE(open(2000));
+    PreviewWindow& window = *this->window;
     grabPages(window);
     const auto& thumbnails = window.thumbnailModel();
     EXPECT_EQ(window.pageBoxText(), "1 of 2000");
@@ -300,14 +305,12 @@ TEST_F(PreviewWindowTest, LargeReportDrawsOnlyWhatComesIntoView) {
     // The last page is on the screen, with its ink.
     EXPECT_GT(countPixels(last, itemRectInView(window.pageView(), pages, 1999, 0), test::isInk),
               50);
-    window.close();
 }
 
 TEST_F(PreviewWindowTest, ExportsThroughTheFileDialog) {
-    const page::Pages pages = glassOrder();
     test::TempDir dir;
-    PreviewWindow window(pages, "Glass Order");
-    ASSERT_TRUE(test::showAndActivate(window));
+    ASSERT_TRUE(open());
+    PreviewWindow& window = *this->window;
     struct Case {
         const char* name;
         std::function<void()> run;
@@ -348,7 +351,6 @@ TEST_F(PreviewWindowTest, ExportsThroughTheFileDialog) {
     window.exportPdfWithDialog();
     EXPECT_TRUE(cancel.ran());
     EXPECT_EQ(test::folderContents(dir.path()).size(), 2u);
-    window.close();
 }
 
 } // namespace

@@ -110,6 +110,36 @@ class CostReportTest : public ::testing::TestWithParam<CostBackend> {
     std::unique_ptr<CostDatabase> m_master;
 };
 
+/// CostReportTest with the sample jobs loaded; m_sampleTables holds the report tables they
+/// filled.
+class CostSampleTest : public CostReportTest {
+  protected:
+    void SetUp() override {
+        CostReportTest::SetUp();
+        if (!IsSkipped())
+            m_sampleTables = loadSample();
+    }
+    /// The sample's report table of job 1 of a kind ("<none>" when it filled none).
+    std::string sampleTable(const std::string& stem) const {
+        for (const std::string& t : m_sampleTables) {
+            if (t == stem + "1")
+                return t;
+        }
+        return "<none>";
+    }
+    std::vector<std::string> m_sampleTables;
+};
+
+/// CostReportTest with the fixture rows loaded.
+class CostFixtureTest : public CostReportTest {
+  protected:
+    void SetUp() override {
+        CostReportTest::SetUp();
+        if (!IsSkipped())
+            loadFixture();
+    }
+};
+
 // ---- Reading what the reports produced ---------------------------------------------------
 
 /// Texts one control printed on all pages, in order.

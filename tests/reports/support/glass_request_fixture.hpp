@@ -18,15 +18,8 @@ inline constexpr const char* kGlassSampleJob = "Riverside Medical Office Buildin
 /// A row of a report table, its values in the order of the table's columns (data/schema).
 using ReportRow = std::vector<Variant>;
 
-class GlassRequestTest : public CostReportTest {
+class GlassRequestTest : public CostSampleTest {
   protected:
-    void SetUp() override {
-        CostReportTest::SetUp();
-        if (IsSkipped())
-            return;
-        loadSample();
-    }
-
     /// A report table of `kind` named `name` holding `rows`.
     void makeTable(data::ReportTableKind kind, const std::string& name,
                    const std::vector<ReportRow>& rows) {

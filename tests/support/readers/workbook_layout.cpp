@@ -79,38 +79,6 @@ class Bytes {
     std::size_t m_size;
 };
 
-std::vector<std::uint8_t> workbookStream(const std::filesystem::path& path) {
-    static std::once_flag initialised;
-    std::call_once(initialised, [] { gsf_init(); });
-    std::vector<std::uint8_t> bytes;
-    GError* error = nullptr;
-    GsfInput* file = gsf_input_stdio_new(path.c_str(), &error);
-    if (file == nullptr) {
-        ADD_FAILURE() << "cannot open " << path << ": " << (error ? error->message : "?");
-        if (error)
-            g_error_free(error);
-        return bytes;
-    }
-    GsfInfile* ole = gsf_infile_msole_new(file, &error);
-    GsfInput* stream = ole ? gsf_infile_child_by_name(ole, "Workbook") : nullptr;
-    if (stream == nullptr) {
-        ADD_FAILURE() << path << " holds no Workbook stream" << (error ? error->message : "");
-    } else {
-        bytes.resize(static_cast<std::size_t>(gsf_input_size(stream)));
-        if (!bytes.empty() && gsf_input_read(stream, bytes.size(), bytes.data()) == nullptr) {
-            ADD_FAILURE() << "cannot read the Workbook stream of " << path;
-            bytes.clear();
-        }
-        g_object_unref(stream);
-    }
-    if (error)
-        g_error_free(error);
-    if (ole)
-        g_object_unref(ole);
-    g_object_unref(file);
-    return bytes;
-}
-
 void readSheetRecord(SheetLayout& sheet, std::uint16_t type, const Bytes& r) {
     if (type == kDefColWidth) {
         sheet.defaultColumnWidth = r.u16(0);
@@ -150,6 +118,38 @@ void readGlobalRecord(WorkbookLayout& layout, std::vector<std::string>& names, s
 }
 
 } // namespace
+
+std::vector<std::uint8_t> workbookStream(const std::filesystem::path& path) {
+    static std::once_flag initialised;
+    std::call_once(initialised, [] { gsf_init(); });
+    std::vector<std::uint8_t> bytes;
+    GError* error = nullptr;
+    GsfInput* file = gsf_input_stdio_new(path.c_str(), &error);
+    if (file == nullptr) {
+        ADD_FAILURE() << "cannot open " << path << ": " << (error ? error->message : "?");
+        if (error)
+            g_error_free(error);
+        return bytes;
+    }
+    GsfInfile* ole = gsf_infile_msole_new(file, &error);
+    GsfInput* stream = ole ? gsf_infile_child_by_name(ole, "Workbook") : nullptr;
+    if (stream == nullptr) {
+        ADD_FAILURE() << path << " holds no Workbook stream" << (error ? error->message : "");
+    } else {
+        bytes.resize(static_cast<std::size_t>(gsf_input_size(stream)));
+        if (!bytes.empty() && gsf_input_read(stream, bytes.size(), bytes.data()) == nullptr) {
+            ADD_FAILURE() << "cannot read the Workbook stream of " << path;
+            bytes.clear();
+        }
+        g_object_unref(stream);
+    }
+    if (error)
+        g_error_free(error);
+    if (ole)
+        g_object_unref(ole);
+    g_object_unref(file);
+    return bytes;
+}
 
 const MergedRange* SheetLayout::mergeAt(unsigned row, unsigned short column) const {
     for (const MergedRange& range : merged) {

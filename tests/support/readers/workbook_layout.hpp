@@ -70,6 +70,10 @@ struct WorkbookLayout {
     int columnPixels(const SheetLayout& sheet, unsigned short column) const;
 };
 
+/// The bytes of the "Workbook" stream of an .xls file; fails the calling test and returns none
+/// when there is no such stream.
+std::vector<std::uint8_t> workbookStream(const std::filesystem::path& path);
+
 /// Reads the layout of an .xls file; fails the calling test and returns an empty layout when
 /// the file is no compound file with a BIFF8 workbook stream.
 WorkbookLayout readWorkbookLayout(const std::filesystem::path& path);
