@@ -38,6 +38,9 @@ class RowCursor {
     /// Error "Item cannot be found in the collection..." (subscript out of range) for an
     /// unknown column and when at end-of-file.
     virtual Variant value(std::string_view name) const = 0;
+    /// Value of the current row's column at `column`, a position in columns(); what value()
+    /// gives for the first column of that name. Raises as value() does.
+    virtual Variant valueAt(std::size_t column) const { return value(columns().at(column)); }
     virtual void close() = 0;
 };
 

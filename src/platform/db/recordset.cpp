@@ -177,6 +177,17 @@ Variant Recordset::value(std::string_view name) const {
     return m_values.value(m_row, column);
 }
 
+Variant Recordset::valueAt(std::size_t column) const {
+    if (!m_open)
+        raise(dberr::kObjectClosed, kObjectClosedText);
+    if (column >= m_columns.size())
+        raise(dberr::kItemNotFound, kItemNotFoundText);
+    requireCurrentRow();
+    if (auto pending = m_pending.find(column); pending != m_pending.end())
+        return asStored(column, pending->second);
+    return m_values.value(m_row, column);
+}
+
 void Recordset::close() {
     m_pending.clear();
     m_values.clear();

@@ -52,6 +52,7 @@ class Recordset : public RowCursor {
     /// gives it back once written). Raises Error 3265 for
     /// an unknown column, 3021 with no current row, 3704 once closed.
     Variant value(std::string_view name) const override;
+    Variant valueAt(std::size_t column) const override;
     void close() override;
     bool isOpen() const { return m_open; }
 

@@ -44,6 +44,7 @@ void Fields::clear() {
     m_names.clear();
     m_isColumn.clear();
     m_isAdded.clear();
+    m_columnAt.clear();
     m_current.clear();
     m_previous.clear();
     m_byLowerName.clear();
@@ -56,6 +57,7 @@ int Fields::addEntry(std::string name, bool column) {
     m_names.push_back(std::move(name));
     m_isColumn.push_back(column);
     m_isAdded.push_back(!column);
+    m_columnAt.push_back(0);
     m_current.emplace_back();
     m_previous.emplace_back();
     return index;
@@ -84,6 +86,7 @@ void Fields::unbindColumns() {
     m_names.resize(kept);
     m_isColumn.resize(kept);
     m_isAdded.resize(kept);
+    m_columnAt.resize(kept);
     m_current.resize(kept);
     m_previous.assign(kept, Variant());
     rebuildIndex();
@@ -91,14 +94,19 @@ void Fields::unbindColumns() {
 
 void Fields::bindColumns(const RowCursor& rows) {
     unbindColumns();
-    for (const std::string& column : rows.columns()) {
-        const int existing = indexOf(column);
+    const std::vector<std::string>& columns = rows.columns();
+    for (std::size_t position = 0; position < columns.size(); ++position) {
+        const int existing = indexOf(columns[position]);
         if (existing >= 0) {
-            // A column of the same name as a handler's field feeds that field.
-            m_isColumn[existing] = true;
+            // A column of the same name as a handler's field feeds that field; of two columns
+            // of one name, the first does.
+            if (!m_isColumn[existing]) {
+                m_isColumn[existing] = true;
+                m_columnAt[existing] = position;
+            }
             continue;
         }
-        addEntry(column, true);
+        m_columnAt[addEntry(columns[position], true)] = position;
     }
 }
 
@@ -110,7 +118,7 @@ void Fields::beginRow() {
 void Fields::loadRow(const RowCursor& rows) {
     for (size_t i = 0; i < m_names.size(); ++i) {
         if (m_isColumn[i])
-            m_current[i] = rows.value(m_names[i]);
+            m_current[i] = rows.valueAt(m_columnAt[i]);
     }
 }
 

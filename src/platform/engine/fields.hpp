@@ -75,6 +75,9 @@ class Fields {
     std::vector<std::string> m_names;
     std::vector<bool> m_isColumn; // fed from the recordset's columns
     std::vector<bool> m_isAdded;  // added by a handler (kept when the columns change)
+    // For a column field, its column's position in the rows: each row is read by position,
+    // not by looking its name up again.
+    std::vector<std::size_t> m_columnAt;
     std::vector<Variant> m_current;
     std::vector<Variant> m_previous;
     bool m_showingPrevious = false;

@@ -70,8 +70,14 @@ TEST_P(RecordsetTest, FieldsAreFoundByNameWithoutRegardToCase) {
     }
     EXPECT_FALSE(rows->hasColumn("sNothing"));
     EXPECT_EQ(errorNumberOf([&] { rows->value("sNothing"); }), db::dberr::kItemNotFound);
+    // By position (how a report reads its rows) each column gives what its name gives.
+    for (std::size_t i = 0; i < rows->columns().size(); ++i)
+        EXPECT_EQ(rows->valueAt(i), rows->value(rows->columns()[i])) << rows->columns()[i];
+    EXPECT_EQ(errorNumberOf([&] { rows->valueAt(rows->columns().size()); }),
+              db::dberr::kItemNotFound);
     rows->moveNext();
     EXPECT_EQ(errorNumberOf([&] { rows->value("sName"); }), db::dberr::kNoCurrentRecord);
+    EXPECT_EQ(errorNumberOf([&] { rows->valueAt(0); }), db::dberr::kNoCurrentRecord);
     rows->close();
     EXPECT_EQ(errorNumberOf([&] { rows->recordCount(); }), db::dberr::kObjectClosed);
 }

@@ -169,6 +169,24 @@ TEST(BoundReport, RebindingAndReopeningTheSourceShowTheNewValues) {
     EXPECT_EQ(page::dump(report.pages()), first);
 }
 
+// Rows are read by column position once the columns are bound: in any column order, and of
+// two columns of one name (any case) the first feeds the field.
+TEST(BoundReport, FieldsFollowTheirColumnsInAnyOrderAndTheFirstOfANameWins) {
+    MemoryRows rows = glassRows();
+    Table& table = rows.tables["SELECT * FROM Glass"];
+    table.columns = {"sWidth", "pPrice", "SGLASSTYPE", "pSqrFt", "brake", "iQuantity", "sGlassType"};
+    for (auto& row : table.rows) {
+        row = V{row[5], row[4], row[1], row[3], row[2], row[0], "second of the name"};
+    }
+    GlassList report(rows);
+    report.run();
+    EXPECT_EQ(textValues(report.pages(), "Field1"), (std::vector<std::string>{"2", "1"}));
+    EXPECT_EQ(textValues(report.pages(), "Field2"),
+              (std::vector<std::string>{"Tempered", "door glass"}));
+    EXPECT_EQ(textValues(report.pages(), "Field10"),
+              (std::vector<std::string>{"36 1/2", "1,234.50"}));
+}
+
 TEST(BoundReport, HiddenControlsAndSectionsAreAbsentButTheirEventsStillRun) {
     MemoryRows rows = glassRows();
     GlassList report(rows);
