@@ -8,7 +8,8 @@
 //                                           100,000 JobGlass rows in SQLite through
 //                                           PrintFinalGlassPortraitReport: printed to a file,
 //                                           workbook and PDF exported, in a process of its own
-//                                           so that its peak memory is its own.
+//                                           so that its peak memory is its own (the median
+//                                           rate of three such processes, the highest peak).
 
 #include "data/sample/sample_writer.hpp"
 #include "platform/db/connection.hpp"
@@ -233,19 +234,41 @@ int endToEndChild(const fs::path& folder) {
         std::printf("e2e_lines=%ld failed (missing output)\n", kEndToEndLines);
         return 1;
     }
-    std::printf("e2e_lines=%ld e2e_lines_per_s=%.0f e2e_peak_mib=%.1f\n", kEndToEndLines,
-                kEndToEndLines / seconds, peakResidentKiB() / 1024.0);
+    std::ofstream(folder / "e2e-result") << kEndToEndLines / seconds << ' '
+                                          << peakResidentKiB() / 1024.0 << '\n';
     host::moduleState() = host::ModuleState{};
     host::installHostClasses(nullptr);
     return 0;
 }
 
+// Three runs, each in a fresh process on the same databases: the median rate (a run's
+// processor time varies by a tenth or more on a shared machine) and the highest peak.
 void printEndToEnd() {
+    constexpr int kRuns = 3;
     const fs::path folder = scratchFolder("e2e");
     makeEndToEndDatabases(folder);
-    if (runProcess({"/proc/self/exe", "--qr-e2e=" + folder.string()}) != 0)
-        std::printf("e2e_lines=%ld failed\n", kEndToEndLines);
+    std::vector<double> rates;
+    double peak = 0;
     std::error_code ignored;
+    for (int run = 0; run < kRuns; ++run) {
+        fs::remove_all(folder / "Jobs", ignored);
+        fs::remove(folder / "printed.pdf", ignored);
+        fs::remove(folder / "e2e-result", ignored);
+        if (runProcess({"/proc/self/exe", "--qr-e2e=" + folder.string()}) != 0)
+            break;
+        double rate = 0, mib = 0;
+        if (std::ifstream(folder / "e2e-result") >> rate >> mib) {
+            rates.push_back(rate);
+            peak = std::max(peak, mib);
+        }
+    }
+    if (rates.size() != kRuns) {
+        std::printf("e2e_lines=%ld failed\n", kEndToEndLines);
+    } else {
+        std::sort(rates.begin(), rates.end());
+        std::printf("e2e_lines=%ld e2e_lines_per_s=%.0f e2e_peak_mib=%.1f\n", kEndToEndLines,
+                    rates[kRuns / 2], peak);
+    }
     fs::remove_all(folder, ignored);
 }
 

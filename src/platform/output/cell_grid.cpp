@@ -328,17 +328,22 @@ class GridBuilder {
         if (m_pageItems.size() < list.size()) {
             m_pageItems.resize(list.size()); // kept: the next page reuses the items' buffers
         }
-        m_scannedPage = p;
+        // The first pass (the one noting footers) places texts by where they stand and what
+        // they show: it reads neither names nor the runs' pieces of a text, and its items are
+        // not kept as the page's for itemAt.
+        const unsigned parts = noteFooters ? 0 : page::kDecodeAll;
+        m_scannedPage = noteFooters ? kNoPage : p;
         out.clear();
         PageScan scan;
         for (std::uint32_t i = 0; i < list.size(); ++i) {
             page::Item& item = m_pageItems[i];
-            list.decodeInto(i, item);
+            list.decodeInto(i, item, parts);
             const page::PageBand band = pageBandOf(item);
             scan.hasHeader = scan.hasHeader || band == page::PageBand::Header;
             scan.hasFooter = scan.hasFooter || band == page::PageBand::Footer;
             if (band == page::PageBand::Footer) {
                 if (noteFooters) {
+                    list.decodeInto(i, item); // the sheet's footer keeps the item whole
                     noteFooter(item, {p, i});
                 }
             } else if ((band == page::PageBand::Body || takeHeader) && isPlaceable(item)) {
@@ -806,7 +811,8 @@ class GridBuilder {
     CellGrid m_grid;
     std::vector<bool> m_takesHeader;                   // per page: its header is placed
     std::vector<page::Item> m_pageItems;               // the items of the page scanned last
-    std::uint32_t m_scannedPage = ~std::uint32_t{0};
+    static constexpr std::uint32_t kNoPage = ~std::uint32_t{0};
+    std::uint32_t m_scannedPage = kNoPage;
     std::vector<Source> m_footerSources;               // footer texts shown below the last row
     std::size_t m_placedCount = 0;
     std::set<std::vector<std::uint32_t>> m_layouts; // distinct rows, as their placements

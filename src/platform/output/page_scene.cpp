@@ -40,9 +40,12 @@ const PageScene& SceneBuilder::build(const page::Page& page,
     for (auto& batch : m_scene.text)
         batch.glyphs.clear();
 
-    // One scratch item for the whole page: decoding into it reuses its strings and runs.
+    // One scratch item for the whole page: decoding into it reuses its strings and runs. The
+    // names of controls and sections are read only to name an item in an error.
+    m_page = &page;
     for (std::size_t i = 0; i < page.items.size(); ++i) {
-        page.items.decodeInto(i, m_item);
+        m_index = i;
+        page.items.decodeInto(i, m_item, page::kDecodeRunTexts);
         const page::Item& item = m_item;
         if (const auto* text = std::get_if<page::TextItem>(&item)) {
             addText(*text, fonts);
@@ -70,8 +73,9 @@ void SceneBuilder::addText(const page::TextItem& item, const std::vector<page::F
     if (item.runs.empty())
         return;
     if (item.font < 0 || static_cast<std::size_t>(item.font) >= fonts.size()) {
+        const page::Item named = m_page->items.at(m_index);
         throw Error(errc::kComponent, kRenderSource,
-                    "The text item \"" + itemName(item) + "\" uses font " +
+                    "The text item \"" + itemName(std::get<page::TextItem>(named)) + "\" uses font " +
                         std::to_string(item.font) + ", but the pages list " +
                         std::to_string(fonts.size()) + " fonts.");
     }

@@ -79,6 +79,8 @@ class SceneBuilder {
     FontSet m_fonts;
     PageScene m_scene;
     page::Item m_item; // the item being drawn, decoded from its page
+    const page::Page* m_page = nullptr; // the page being built and the item's place on it,
+    std::size_t m_index = 0;            // to name the item in an error
 };
 
 /// Red, green and blue of a colour, each 0..1.

@@ -362,11 +362,20 @@ std::size_t lineCount(std::string_view text) {
     return count;
 }
 
-void decodeText(Reader& r, std::uint8_t head, Item& out) {
+// Copies a decoded name into `to`, or leaves `to` empty when names are not wanted.
+void assignName(std::string& to, std::string_view name, bool wanted) {
+    if (wanted)
+        to.assign(name);
+    else
+        to.clear();
+}
+
+void decodeText(Reader& r, std::uint8_t head, Item& out, unsigned parts) {
     TextItem& t = holding<TextItem>(out);
+    const bool names = (parts & kDecodeNames) != 0;
     t.align = static_cast<Align>((head >> kTextAlignShift) & 0x03);
-    t.control.assign(r.name());
-    t.section.assign(r.name());
+    assignName(t.control, r.name(), names);
+    assignName(t.section, r.name(), names);
     t.box = r.box((head & kTextSignedBox) != 0);
     const std::uint64_t fontAndBand = r.varint();
     t.font = static_cast<int>(Reader::unzigzagged(fontAndBand >> kFontBandBits));
@@ -380,11 +389,25 @@ void decodeText(Reader& r, std::uint8_t head, Item& out) {
     const std::uint64_t runsField = r.varint();
     const bool lines = runsField == 0;
     t.runs.resize(lines ? lineCount(t.text) : static_cast<std::size_t>(runsField - 1));
+    // Without run texts the runs keep their places; a run stored on its own (not a piece of
+    // the whole text) is still read, since nothing else holds its characters.
+    const bool runTexts = (parts & kDecodeRunTexts) != 0 || t.text.empty();
     std::size_t from = 0; // lines: start of the next line; else end of the previous run
     for (TextRun& run : t.runs) {
         run.x = static_cast<int>(t.box.x + r.zigzag());
         run.baseline = static_cast<int>(t.box.y + r.zigzag());
         run.width = r.integer();
+        if (!runTexts) {
+            run.text.clear();
+            if (lines) {
+                continue;
+            } else if (r.varint() == 0) {
+                run.text.assign(r.string());
+            } else {
+                r.varint(); // the piece's length
+            }
+            continue;
+        }
         if (lines) {
             std::size_t end = t.text.find('\n', from);
             if (end == std::string::npos)
@@ -404,7 +427,7 @@ void decodeText(Reader& r, std::uint8_t head, Item& out) {
         t.numericValue = r.number();
     else
         t.numericValue.reset();
-    t.format.assign(r.name());
+    assignName(t.format, r.name(), names);
 }
 
 void decodeLine(Reader& r, std::uint8_t head, Item& out) {
@@ -434,21 +457,22 @@ void decodeRect(Reader& r, std::uint8_t head, Item& out) {
     rect.rounded = (head & kRectRounded) != 0;
 }
 
-void decodeCheck(Reader& r, std::uint8_t head, Item& out) {
+void decodeCheck(Reader& r, std::uint8_t head, Item& out, unsigned parts) {
     CheckBoxItem& c = holding<CheckBoxItem>(out);
-    c.control.assign(r.name());
-    c.section.assign(r.name());
+    const bool names = (parts & kDecodeNames) != 0;
+    assignName(c.control, r.name(), names);
+    assignName(c.section, r.name(), names);
     c.box = r.box((head & kCheckSignedBox) != 0);
     c.checked = (head & kCheckChecked) != 0;
     c.pageBand = static_cast<PageBand>((head >> kCheckBandShift) & kBandMask);
 }
 
-void decodeItem(const std::uint8_t* at, Item& out) {
+void decodeItem(const std::uint8_t* at, Item& out, unsigned parts = kDecodeAll) {
     Reader r(at);
     const std::uint8_t head = r.byte();
     switch (head & kKindMask) {
     case kText:
-        decodeText(r, head, out);
+        decodeText(r, head, out, parts);
         break;
     case kLine:
         decodeLine(r, head, out);
@@ -457,7 +481,7 @@ void decodeItem(const std::uint8_t* at, Item& out) {
         decodeRect(r, head, out);
         break;
     default:
-        decodeCheck(r, head, out);
+        decodeCheck(r, head, out, parts);
         break;
     }
 }
@@ -526,9 +550,9 @@ const Item ItemList::back() const {
     return decode(size() - 1);
 }
 
-void ItemList::decodeInto(std::size_t index, Item& out) const {
+void ItemList::decodeInto(std::size_t index, Item& out, unsigned parts) const {
     checkIndex(index, "Reading");
-    decodeItem(m_bytes.data() + m_offsets[index], out);
+    decodeItem(m_bytes.data() + m_offsets[index], out, parts);
 }
 
 void ItemList::set(std::size_t index, const Item& item) {

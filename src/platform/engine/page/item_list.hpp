@@ -25,6 +25,12 @@
 
 namespace qr::page {
 
+/// What ItemList::decodeInto fills in: the names of an item's control, section and number
+/// format, and the texts of a text's runs where they are pieces of its whole text.
+inline constexpr unsigned kDecodeNames = 1;
+inline constexpr unsigned kDecodeRunTexts = 2;
+inline constexpr unsigned kDecodeAll = kDecodeNames | kDecodeRunTexts;
+
 class ItemList {
   public:
     /// Walks the items in order, decoding each one when it is read.
@@ -122,7 +128,8 @@ class ItemList {
     const Item back() const;
     /// Decodes item `index` into `out`, reusing the strings and runs `out` already holds:
     /// the cheap way to walk many items with one scratch value. Same range check as at().
-    void decodeInto(std::size_t index, Item& out) const;
+    /// `parts` may leave out what a reader does not look at (kDecodeAll: everything).
+    void decodeInto(std::size_t index, Item& out, unsigned parts = kDecodeAll) const;
 
     /// Replaces item `index` with `item`; the items after it keep their order.
     void set(std::size_t index, const Item& item);
