@@ -1,6 +1,6 @@
 #pragma once
-// Draws page scenes on a cairo context: the one drawing routine behind the PDF file and the PNG
-// pictures, so both show the same thing.
+// Draws page scenes on a cairo context: the drawing routine behind the PNG pictures. The PDF
+// writer turns the same scenes into page content, so both show the same thing.
 
 #include "platform/output/page_scene.hpp"
 

@@ -1,6 +1,6 @@
 #pragma once
-// A page's items turned into drawing primitives, shared by every renderer (cairo for PDF and
-// PNG, QPainter for the printer and the preview). The geometry of a check box, a rounded corner
+// A page's items turned into drawing primitives, shared by every renderer (the PDF writer,
+// cairo for PNG, QPainter for the printer and the preview). The geometry of a check box, a rounded corner
 // or an underline is decided here once, and the text of the page is gathered into one glyph
 // array per font and colour, so a renderer issues one text operation per font per page instead
 // of one per cell.
