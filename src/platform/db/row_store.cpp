@@ -267,9 +267,16 @@ void RowStore::append(const QVariant& raw) {
 }
 
 const unsigned char* RowStore::cell(std::size_t row, std::size_t column) const {
-    const unsigned char* p = m_bytes.data() + m_rowStarts.at(row);
-    for (std::size_t c = 0; c < column; ++c)
+    const std::size_t start = m_rowStarts.at(row);
+    const unsigned char* p = m_bytes.data() + start;
+    std::size_t c = 0;
+    if (m_near.valid && m_near.row == row && m_near.rowStart == start && m_near.column <= column) {
+        p = m_bytes.data() + m_near.offset;
+        c = m_near.column;
+    }
+    for (; c < column; ++c)
         p = skipCell(p);
+    m_near = {row, start, column, static_cast<std::size_t>(p - m_bytes.data()), true};
     return p;
 }
 
@@ -375,6 +382,7 @@ void RowStore::set(std::size_t row, std::size_t column, const QVariant& raw) {
 }
 
 void RowStore::clear() {
+    m_near = {};
     m_bytes.clear();
     m_bytes.shrink_to_fit();
     m_rowStarts.clear();

@@ -58,6 +58,15 @@ class RowStore {
     std::size_t m_columns;
     std::vector<unsigned char> m_bytes;
     std::vector<std::size_t> m_rowStarts;
+    // The cell found last: a row is mostly read column after column, and each cell is found
+    // by stepping over the ones before it, so the next one starts from here. A row rewritten
+    // elsewhere has a new start and misses. (A cache: reading stays a const operation of one
+    // thread at a time, as a recordset is used.)
+    struct Near {
+        std::size_t row = 0, rowStart = 0, column = 0, offset = 0;
+        bool valid = false;
+    };
+    mutable Near m_near;
 };
 
 } // namespace qr::db

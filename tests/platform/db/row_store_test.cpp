@@ -45,8 +45,14 @@ TEST(RowStore, VariantsComeBackAsTheyWentIn) {
             store.append(values[(c + row) % values.size()]);
     }
     ASSERT_EQ(store.rows(), 3u);
+    // Column after column, backwards, and across the rows: reading goes on from the cell read
+    // last only where that is the same row further on.
     for (std::size_t row = 0; row < 3; ++row)
         for (std::size_t c = 0; c < values.size(); ++c)
+            EXPECT_EQ(store.value(row, c), values[(c + row) % values.size()])
+                << "row " << row << " column " << c;
+    for (std::size_t c = values.size(); c-- > 0;)
+        for (std::size_t row : {2u, 0u, 1u})
             EXPECT_EQ(store.value(row, c), values[(c + row) % values.size()])
                 << "row " << row << " column " << c;
 }
@@ -85,7 +91,9 @@ TEST(RowStore, ASetCellRewritesOnlyThatCell) {
         store.append(Variant("short"));
         store.append(Variant(2.5 * row));
     }
+    EXPECT_EQ(store.value(0, 1), Variant("short")); // read before the row moves
     store.set(0, 1, Variant(std::string(200, 'w'))); // longer than the cell it replaces
+    EXPECT_EQ(store.value(0, 1), Variant(std::string(200, 'w')));
     store.set(0, 1, Variant::null());
     EXPECT_EQ(store.value(0, 0), Variant(std::int32_t{0}));
     EXPECT_EQ(store.value(0, 1), Variant::null());
@@ -96,6 +104,11 @@ TEST(RowStore, ASetCellRewritesOnlyThatCell) {
     store.clear();
     EXPECT_EQ(store.rows(), 0u);
     EXPECT_EQ(store.bytes(), 0u);
+    store.beginRow();
+    store.append(Variant("a"));
+    store.append(Variant("b"));
+    store.append(Variant("c"));
+    EXPECT_EQ(store.value(0, 2), Variant("c"));
 }
 
 } // namespace
