@@ -329,9 +329,9 @@ class GridBuilder {
             m_pageItems.resize(list.size()); // kept: the next page reuses the items' buffers
         }
         // The first pass (the one noting footers) places texts by where they stand and what
-        // they show: it reads neither names nor the runs' pieces of a text, and its items are
-        // not kept as the page's for itemAt.
-        const unsigned parts = noteFooters ? 0 : page::kDecodeAll;
+        // they show: it reads neither formats nor the runs' pieces of a text, and its items
+        // are not kept as the page's for itemAt. No pass looks at control or section names.
+        const unsigned parts = noteFooters ? 0 : page::kDecodeRunTexts | page::kDecodeFormat;
         m_scannedPage = noteFooters ? kNoPage : p;
         out.clear();
         PageScan scan;
@@ -355,9 +355,14 @@ class GridBuilder {
     }
 
     static void sortByReading(std::vector<Source>& sources) {
-        std::stable_sort(sources.begin(), sources.end(), [](const Source& a, const Source& b) {
+        const auto before = [](const Source& a, const Source& b) {
             return a.top != b.top ? a.top < b.top : a.place.left < b.place.left;
-        });
+        };
+        // A page's items mostly come in reading order already (rows top to bottom, a row's
+        // controls left to right): then there is nothing to sort and no buffer to take.
+        if (!std::is_sorted(sources.begin(), sources.end(), before)) {
+            std::stable_sort(sources.begin(), sources.end(), before);
+        }
     }
 
     /// Calls `visit` with the sources of each row, in order: sources whose tops lie within the

@@ -427,7 +427,7 @@ void decodeText(Reader& r, std::uint8_t head, Item& out, unsigned parts) {
         t.numericValue = r.number();
     else
         t.numericValue.reset();
-    assignName(t.format, r.name(), names);
+    assignName(t.format, r.name(), (parts & kDecodeFormat) != 0);
 }
 
 void decodeLine(Reader& r, std::uint8_t head, Item& out) {

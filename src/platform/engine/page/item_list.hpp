@@ -25,11 +25,12 @@
 
 namespace qr::page {
 
-/// What ItemList::decodeInto fills in: the names of an item's control, section and number
-/// format, and the texts of a text's runs where they are pieces of its whole text.
+/// What ItemList::decodeInto fills in: the names of an item's control and section, the texts
+/// of a text's runs where they are pieces of its whole text, and a text's number format.
 inline constexpr unsigned kDecodeNames = 1;
 inline constexpr unsigned kDecodeRunTexts = 2;
-inline constexpr unsigned kDecodeAll = kDecodeNames | kDecodeRunTexts;
+inline constexpr unsigned kDecodeFormat = 4;
+inline constexpr unsigned kDecodeAll = kDecodeNames | kDecodeRunTexts | kDecodeFormat;
 
 class ItemList {
   public:
