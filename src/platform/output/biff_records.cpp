@@ -31,20 +31,29 @@ void RecordWriter::begin(std::uint16_t type) {
     m_inRecord = true;
 }
 
+namespace {
+
+// Appends the `size` low bytes of `value`, least significant first, with one growth of the
+// buffer: the sheet's cell records are mostly such fields.
+void putLittleEndian(std::vector<std::uint8_t>& buffer, std::uint64_t value, std::size_t size) {
+    const std::size_t at = buffer.size();
+    buffer.resize(at + size);
+    for (std::size_t i = 0; i < size; ++i)
+        buffer[at + i] = static_cast<std::uint8_t>(value >> (8 * i));
+}
+
+} // namespace
+
 void RecordWriter::u16(std::uint16_t value) {
-    m_buffer.push_back(static_cast<std::uint8_t>(value));
-    m_buffer.push_back(static_cast<std::uint8_t>(value >> 8));
+    putLittleEndian(m_buffer, value, 2);
 }
 
 void RecordWriter::u32(std::uint32_t value) {
-    u16(static_cast<std::uint16_t>(value));
-    u16(static_cast<std::uint16_t>(value >> 16));
+    putLittleEndian(m_buffer, value, 4);
 }
 
 void RecordWriter::f64(double value) {
-    auto bits = std::bit_cast<std::uint64_t>(value);
-    u32(static_cast<std::uint32_t>(bits));
-    u32(static_cast<std::uint32_t>(bits >> 32));
+    putLittleEndian(m_buffer, std::bit_cast<std::uint64_t>(value), 8);
 }
 
 void RecordWriter::bytes(std::span<const std::uint8_t> data) {
