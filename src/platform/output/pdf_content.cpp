@@ -135,9 +135,10 @@ void appendGlyph(std::string& out, std::uint16_t glyph) {
     }
 }
 
-double rounded(double value, int decimals) {
-    const double scale = std::pow(10.0, decimals);
-    return std::round(value * scale) / scale;
+/// `value` as written with kPositionDecimals decimals.
+double asWritten(double value) {
+    static_assert(kPositionDecimals == 2);
+    return std::round(value * 100) / 100;
 }
 
 /// One text object per batch. Glyphs on one baseline share a text array, each placed where
@@ -176,10 +177,10 @@ void appendText(std::string& out, const GlyphBatch& batch, FontResources& fonts,
             appendPoint(out, g.x, g.y);
             out += "Tm [(";
             open = true;
-            penX = rounded(g.x, kPositionDecimals);
+            penX = asWritten(g.x);
             baseline = g.y;
         } else {
-            const double adjustment = rounded((penX - g.x) * 1000 / size, 1);
+            const double adjustment = std::round((penX - g.x) * 10000 / size) / 10; // a tenth
             if (std::fabs(adjustment) >= kSmallestAdjustment) {
                 out += ')';
                 appendNumber(out, adjustment, 1);

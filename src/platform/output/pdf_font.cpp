@@ -445,20 +445,20 @@ void EmbeddedFont::write(ObjectWriter& writer) const {
     body += " 0 R >>";
     writer.object(descriptor, body);
 
-    std::string program_bytes;
+    std::string fontFile;
     std::string dictionary;
     if (trueType) {
         std::set<std::uint16_t> shown;
         for (const auto& [glyph, character] : m_characters)
             shown.insert(glyph);
-        program_bytes = program.subset(shown);
+        fontFile = program.subset(shown);
         dictionary = "/Length1 ";
-        appendInteger(dictionary, static_cast<long long>(program_bytes.size()));
+        appendInteger(dictionary, static_cast<long long>(fontFile.size()));
     } else {
-        program_bytes = program.whole();
+        fontFile = program.whole();
         dictionary = "/Subtype /OpenType";
     }
-    writer.stream(file, dictionary, program_bytes);
+    writer.stream(file, dictionary, fontFile);
     writer.stream(unicode, "", toUnicodeMap(m_characters));
 }
 

@@ -190,10 +190,10 @@ void PdfWriter::addPage(const page::Page& page, const std::vector<page::FontSpec
     pdf::appendInteger(body, contents);
     body += " 0 R >>";
     m_objects.object(number, body);
-    if (m_bookmarkPending) {
-        m_bookmarks.back().page = m_pages.size();
-        m_bookmarks.back().top = page.height * kPointsPerTwip;
-        m_bookmarkPending = false;
+    // Bookmarks added since the last page open this one.
+    for (; m_waitingBookmark < m_bookmarks.size(); ++m_waitingBookmark) {
+        m_bookmarks[m_waitingBookmark].page = m_pages.size();
+        m_bookmarks[m_waitingBookmark].top = page.height * kPointsPerTwip;
     }
     m_pages.push_back(number);
 }
@@ -207,10 +207,7 @@ void PdfWriter::addBookmark(const std::string& title) {
     // The bookmark opens a named destination ("section1", "section2", ...) at the top-left
     // corner of the next page added: a link from outside can open the same place
     // (file.pdf#nameddest=section2).
-    if (m_bookmarkPending) // two bookmarks in a row open the same page
-        m_bookmarks.back().page = m_pages.size();
-    m_bookmarks.push_back(Bookmark{repairUtf8(title), m_pages.size(), 0});
-    m_bookmarkPending = true;
+    m_bookmarks.push_back(Bookmark{repairUtf8(title), 0, 0}); // placed by the next page added
 }
 
 void PdfWriter::writeOutline(int outline) {
@@ -266,7 +263,8 @@ void PdfWriter::writeDestinations(int names) {
 void PdfWriter::finish() {
     if (m_finished)
         return;
-    if (m_pages.empty())
+    // A document needs a page, and a bookmark added last needs one to open.
+    if (m_pages.empty() || m_waitingBookmark < m_bookmarks.size())
         addPage(blankPage(page::Orientation::Portrait), {});
     m_finished = true;
 

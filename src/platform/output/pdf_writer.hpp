@@ -52,8 +52,9 @@ class PdfWriter {
     /// Adds a top-level bookmark titled `title` that opens the next page added, through the
     /// named destination bookmarkDestination(n) of the n-th bookmark.
     void addBookmark(const std::string& title);
-    /// Completes the file and moves it into place. A document without pages gets one blank
-    /// Letter page, since a PDF needs at least one. Raises qr::Error naming the path and cause.
+    /// Completes the file and moves it into place. A document without pages, or ending in a
+    /// bookmark, gets one more blank Letter page (a PDF needs a page, a bookmark one to open).
+    /// Raises qr::Error naming the path and cause.
     void finish();
 
     std::size_t pageCount() const { return m_pages.size(); }
@@ -77,7 +78,7 @@ class PdfWriter {
     std::string m_content; // the page being written, its buffer kept from page to page
     std::vector<int> m_pages;           // object numbers of the pages, in order
     std::vector<Bookmark> m_bookmarks;
-    bool m_bookmarkPending = false; // the last bookmark waits for the next page
+    std::size_t m_waitingBookmark = 0; // the bookmarks from here wait for the next page
     bool m_finished = false;
 };
 

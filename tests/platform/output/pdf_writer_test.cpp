@@ -337,6 +337,31 @@ TEST(PdfExportFilter, WritesToTheFileNameItWasGiven) {
     EXPECT_EQ(doc->pages(), 1);
 }
 
+// Bookmarks in a row open the same next page; a bookmark after the last page gets a blank one.
+TEST(PdfWriter, BookmarksOpenTheNextPageAddedEvenWhenNoneFollows) {
+    test::TempDir dir;
+    PageBuilder b("Marks");
+    b.addPage();
+    b.text(720, 1440, "first");
+    PdfWriter writer(dir / "marks.pdf", "Marks");
+    writer.addBookmark("A");
+    writer.addBookmark("B");
+    writer.addPage(b.pages().pages[0], b.pages().fonts);
+    writer.addBookmark("C");
+    writer.finish();
+
+    auto doc = openPdf(dir / "marks.pdf");
+    ASSERT_TRUE(doc);
+    ASSERT_EQ(doc->pages(), 2);
+    const auto destinations = doc->create_destination_map();
+    const int expected[] = {1, 1, 2};
+    for (std::size_t i = 0; i < std::size(expected); ++i) {
+        const auto found = destinations.find(bookmarkDestination(i + 1));
+        ASSERT_NE(found, destinations.end()) << i;
+        EXPECT_EQ(found->second.page_number(), expected[i]) << i;
+    }
+}
+
 } // namespace
 } // namespace qr::output
 
