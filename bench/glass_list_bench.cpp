@@ -221,12 +221,17 @@ void printGlassLabelsRate();     // glass_labels_bench.cpp
 void printMultiElevationRates(); // multi_elevation_bench.cpp
 void printPipelineFigures();      // pipeline_bench.cpp
 int pipelineChild(const std::string& arg);
+void printOutputRates();          // pipeline_bench.cpp
 
 int main(int argc, char** argv) {
     if (argc == 2 && std::string(argv[1]).rfind("--qr-child=", 0) == 0)
         return childRun(std::stol(std::string(argv[1]).substr(11)));
     if (argc == 2 && std::string(argv[1]).rfind("--qr-e2e=", 0) == 0)
         return pipelineChild(argv[1]);
+    if (argc == 2 && std::string(argv[1]) == "--qr-outputs") { // the workbook and PNG lines only
+        printOutputRates();
+        return 0;
+    }
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     benchmark::RunSpecifiedBenchmarks();

@@ -109,6 +109,8 @@ long peakResidentKiB() {
     return value;
 }
 
+} // namespace
+
 // ---- Outputs of the synthetic glass list ------------------------------------------------------
 
 void printOutputRates() {
@@ -137,6 +139,8 @@ void printOutputRates() {
         fs::remove_all(folder, ignored);
     });
 }
+
+namespace {
 
 // ---- A whole request process ------------------------------------------------------------------
 

@@ -16,55 +16,39 @@ constexpr char16_t kReplacement = 0xFFFD;
 
 // --- RecordWriter ---------------------------------------------------------------------------
 
-RecordWriter::RecordWriter(Sink sink) : m_sink(std::move(sink)) {
-    m_buffer.reserve(kChunk + kMaxRecordData + kRecordHeader);
-}
+RecordWriter::RecordWriter(Sink sink)
+    : m_sink(std::move(sink)), m_buffer(kChunk + kMaxRecordData + kRecordHeader) {}
 
 void RecordWriter::begin(std::uint16_t type) {
     if (m_inRecord) {
         throw std::logic_error("BIFF record opened inside another record");
     }
     flushIfFull();
-    m_open = m_buffer.size();
+    m_open = m_used;
     u16(type);
     u16(0);
     m_inRecord = true;
 }
 
-namespace {
-
-// Appends the `size` low bytes of `value`, least significant first, with one growth of the
-// buffer: the sheet's cell records are mostly such fields.
-void putLittleEndian(std::vector<std::uint8_t>& buffer, std::uint64_t value, std::size_t size) {
-    const std::size_t at = buffer.size();
-    buffer.resize(at + size);
-    for (std::size_t i = 0; i < size; ++i)
-        buffer[at + i] = static_cast<std::uint8_t>(value >> (8 * i));
-}
-
-} // namespace
-
-void RecordWriter::u16(std::uint16_t value) {
-    putLittleEndian(m_buffer, value, 2);
-}
-
-void RecordWriter::u32(std::uint32_t value) {
-    putLittleEndian(m_buffer, value, 4);
+void RecordWriter::grow(std::size_t size) {
+    m_buffer.resize(std::max(m_buffer.size() * 2, m_used + size));
 }
 
 void RecordWriter::f64(double value) {
-    putLittleEndian(m_buffer, std::bit_cast<std::uint64_t>(value), 8);
+    putLittleEndian(take(8), std::bit_cast<std::uint64_t>(value), 8);
 }
 
 void RecordWriter::bytes(std::span<const std::uint8_t> data) {
-    m_buffer.insert(m_buffer.end(), data.begin(), data.end());
+    if (!data.empty()) {
+        std::memcpy(take(data.size()), data.data(), data.size());
+    }
 }
 
 void RecordWriter::end() {
     if (!m_inRecord) {
         throw std::logic_error("BIFF record closed without being opened");
     }
-    std::size_t size = m_buffer.size() - m_open - kRecordHeader;
+    std::size_t size = m_used - m_open - kRecordHeader;
     if (size > kMaxRecordData) {
         throw std::logic_error("BIFF record longer than 8,224 bytes");
     }
@@ -79,8 +63,15 @@ void RecordWriter::record(std::uint16_t type, std::span<const std::uint8_t> data
     end();
 }
 
+void RecordWriter::count(std::uint64_t size) {
+    if (m_sink || m_inRecord) {
+        throw std::logic_error("BIFF bytes counted but not written");
+    }
+    m_flushed += size;
+}
+
 void RecordWriter::flushIfFull() {
-    if (m_buffer.size() >= kChunk) {
+    if (m_used >= kChunk) {
         flush();
     }
 }
@@ -89,14 +80,14 @@ void RecordWriter::flush() {
     if (m_inRecord) {
         throw std::logic_error("BIFF stream flushed inside a record");
     }
-    if (m_buffer.empty()) {
+    if (m_used == 0) {
         return;
     }
     if (m_sink) {
-        m_sink(m_buffer);
+        m_sink(std::span<const std::uint8_t>(m_buffer.data(), m_used));
     }
-    m_flushed += m_buffer.size();
-    m_buffer.clear();
+    m_flushed += m_used;
+    m_used = 0;
 }
 
 // --- strings --------------------------------------------------------------------------------

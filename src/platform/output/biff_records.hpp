@@ -57,9 +57,9 @@ class RecordWriter {
 
     /// Opens a record; its length is filled in by end().
     void begin(std::uint16_t type);
-    void u8(std::uint8_t value) { m_buffer.push_back(value); }
-    void u16(std::uint16_t value);
-    void u32(std::uint32_t value);
+    void u8(std::uint8_t value) { *take(1) = value; }
+    void u16(std::uint16_t value) { putLittleEndian(take(2), value, 2); }
+    void u32(std::uint32_t value) { putLittleEndian(take(4), value, 4); }
     void f64(double value);
     void bytes(std::span<const std::uint8_t> data);
     /// Closes the open record. Raises std::logic_error when its data exceeds kMaxRecordData.
@@ -67,16 +67,39 @@ class RecordWriter {
     /// A whole record at once.
     void record(std::uint16_t type, std::span<const std::uint8_t> data);
 
+    /// Whether the writer only counts (it has no sink).
+    bool counting() const { return !m_sink; }
+    /// Counts `size` bytes of whole records without writing them: a counting writer can
+    /// measure records whose sizes are known without encoding them.
+    void count(std::uint64_t size);
+
     /// Stream position of the next byte written.
-    std::uint64_t position() const { return m_flushed + m_buffer.size(); }
+    std::uint64_t position() const { return m_flushed + m_used; }
     /// Hands everything buffered to the sink.
     void flush();
 
   private:
+    /// The next `size` bytes of the buffer, counted as written. The buffer holds a chunk and
+    /// the longest record past it, so it grows only for a record that end() will refuse.
+    std::uint8_t* take(std::size_t size) {
+        if (m_used + size > m_buffer.size()) {
+            grow(size);
+        }
+        std::uint8_t* at = m_buffer.data() + m_used;
+        m_used += size;
+        return at;
+    }
+    void grow(std::size_t size);
+    static void putLittleEndian(std::uint8_t* at, std::uint64_t value, std::size_t size) {
+        for (std::size_t i = 0; i < size; ++i) {
+            at[i] = static_cast<std::uint8_t>(value >> (8 * i));
+        }
+    }
     void flushIfFull();
 
     Sink m_sink;
-    std::vector<std::uint8_t> m_buffer;
+    std::vector<std::uint8_t> m_buffer; // its whole size is room; m_used bytes are written
+    std::size_t m_used = 0;
     std::uint64_t m_flushed = 0;
     std::size_t m_open = 0; // buffer offset of the open record's header
     bool m_inRecord = false;

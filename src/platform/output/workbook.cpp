@@ -136,6 +136,8 @@ class WorkbookStream {
     void write(const RecordWriter::Sink& sink) const {
         std::vector<std::size_t> sheetOffsetAt;
         std::vector<std::uint8_t> head = globals(sheetOffsetAt);
+        // Each sheet's offset goes into the sheet list ahead of it, so every sheet but the
+        // last is measured first.
         std::uint64_t offset = head.size();
         for (std::size_t i = 0; i < m_sheets.size(); ++i) {
             if (offset > std::numeric_limits<std::uint32_t>::max()) {
@@ -144,10 +146,12 @@ class WorkbookStream {
             for (int b = 0; b < 4; ++b) {
                 head[sheetOffsetAt[i] + b] = static_cast<std::uint8_t>(offset >> (8 * b));
             }
-            RecordWriter counter;
-            writeSheet(counter, m_sheets[i], i == 0);
-            counter.flush();
-            offset += counter.position();
+            if (i + 1 < m_sheets.size()) {
+                RecordWriter counter;
+                writeSheet(counter, m_sheets[i], i == 0);
+                counter.flush();
+                offset += counter.position();
+            }
         }
         sink(head);
         RecordWriter out(sink);
@@ -155,6 +159,7 @@ class WorkbookStream {
             writeSheet(out, m_sheets[i], i == 0);
         }
         out.flush();
+        offset = head.size() + out.position();
         if (offset < kMinimumStreamSize) {
             // Zeros after the last EOF bring a small workbook to 4,096 bytes, the least Excel's
             // own files have, which keeps it out of the compound file's small-block area.
@@ -428,9 +433,19 @@ class WorkbookStream {
         out.end();
     }
 
-    /// The ROW records of up to 32 rows, then their cells.
+    /// The ROW records of up to 32 rows, then their cells. A counting writer only counts
+    /// their bytes: the records have fixed sizes.
     void writeRowBlock(RecordWriter& out, const SheetPart& part, std::size_t begin,
                        std::size_t end) const {
+        if (out.counting()) {
+            std::uint64_t size = 0;
+            for (std::size_t i = begin; i < end; ++i) {
+                const bool rowStarts = i == begin || m_grid.cells[i - 1].row != m_grid.cells[i].row;
+                size += (rowStarts ? kRowRecordBytes : 0) + cellRecordBytes(m_grid.cells[i]);
+            }
+            out.count(size);
+            return;
+        }
         for (std::size_t i = begin; i < end;) {
             std::size_t last = i;
             while (last + 1 < end && m_grid.cells[last + 1].row == m_grid.cells[i].row) {
@@ -454,6 +469,16 @@ class WorkbookStream {
         for (std::size_t i = begin; i < end; ++i) {
             writeCell(out, m_grid.cells[i], part.firstRow);
         }
+    }
+
+    // Record sizes, header included: a ROW record, a text or RK cell, a NUMBER cell.
+    static constexpr std::uint64_t kRowRecordBytes = 4 + 16;
+    static constexpr std::uint64_t kShortCellBytes = 4 + 10;
+    static constexpr std::uint64_t kNumberCellBytes = 4 + 14;
+
+    static std::uint64_t cellRecordBytes(const Cell& cell) {
+        return cell.kind == CellKind::Text || biff::encodeRk(cell.number) ? kShortCellBytes
+                                                                          : kNumberCellBytes;
     }
 
     static void writeCell(RecordWriter& out, const Cell& cell, std::uint32_t firstRow) {

@@ -297,6 +297,8 @@ TEST(WorkbookReadBack, LongReportsContinueOnFurtherSheets) {
     EXPECT_EQ(sizeOf(sheets[1]), std::make_pair(unsigned(kRows - 65536), 2U));
     EXPECT_EQ(show(sheets[1], 0, 0), "Cut 65536");
     EXPECT_EQ(show(sheets[1], kRows - 65536 - 1, 1), "=" + std::to_string(kRows - 1));
+    // Each sheet stands where the sheet list says it does.
+    EXPECT_EQ(test::readWorkbookLayout(dir / "cuts.xls").sheets.size(), 2U);
 }
 
 TEST(WorkbookReadBack, EmptyReportGivesAnEmptySheet) {

@@ -53,6 +53,7 @@ class Bytes {
     std::size_t size() const { return m_size; }
     std::uint8_t u8(std::size_t at) const { return at < m_size ? m_data[at] : 0; }
     std::uint16_t u16(std::size_t at) const { return u8(at) | u8(at + 1) << 8; }
+    std::uint32_t u32(std::size_t at) const { return u16(at) | std::uint32_t{u16(at + 2)} << 16; }
     /// A BIFF8 string of `count` characters at `at`, after its flags byte (Latin-1 or UTF-16),
     /// as UTF-8.
     std::string chars(std::size_t at, std::size_t count) const {
@@ -100,8 +101,14 @@ void readSheetRecord(SheetLayout& sheet, std::uint16_t type, const Bytes& r) {
     }
 }
 
-void readGlobalRecord(WorkbookLayout& layout, std::vector<std::string>& names, std::uint16_t type,
-                      const Bytes& r) {
+/// A sheet as the sheet list names it: its name and where its BOF record starts.
+struct ListedSheet {
+    std::string name;
+    std::size_t offset = 0;
+};
+
+void readGlobalRecord(WorkbookLayout& layout, std::vector<ListedSheet>& listed,
+                      std::uint16_t type, const Bytes& r) {
     if (type == kFont) {
         WorkbookFont font;
         font.points = r.u16(0) / 20.0;
@@ -113,7 +120,7 @@ void readGlobalRecord(WorkbookLayout& layout, std::vector<std::string>& names, s
     } else if (type == kXf) {
         layout.xfs.push_back({r.u16(0), r.u16(2)});
     } else if (type == kBoundSheet) {
-        names.push_back(r.chars(7, r.u8(6)));
+        listed.push_back({r.chars(7, r.u8(6)), r.u32(0)});
     }
 }
 
@@ -163,9 +170,10 @@ const MergedRange* SheetLayout::mergeAt(unsigned row, unsigned short column) con
 WorkbookLayout readWorkbookLayout(const std::filesystem::path& path) {
     WorkbookLayout layout;
     const std::vector<std::uint8_t> stream = workbookStream(path);
-    std::vector<std::string> names;
+    std::vector<ListedSheet> listed;
     SheetLayout* sheet = nullptr;
     for (std::size_t at = 0; at + 4 <= stream.size();) {
+        const std::size_t start = at;
         const Bytes head(stream.data() + at, 4);
         const std::uint16_t type = head.u16(0);
         const std::size_t size = std::min<std::size_t>(head.u16(2), stream.size() - at - 4);
@@ -178,14 +186,18 @@ WorkbookLayout readWorkbookLayout(const std::filesystem::path& path) {
                 layout.sheets.emplace_back();
                 sheet = &layout.sheets.back();
                 const std::size_t index = layout.sheets.size() - 1;
-                sheet->name = index < names.size() ? names[index] : std::string();
+                sheet->name = index < listed.size() ? listed[index].name : std::string();
+                // Readers find a sheet by the offset the sheet list gives, not by walking.
+                if (index < listed.size() && listed[index].offset != start)
+                    ADD_FAILURE() << "sheet " << index << " starts at " << start
+                                  << ", the sheet list says " << listed[index].offset;
             } else {
                 sheet = nullptr;
             }
         } else if (sheet != nullptr) {
             readSheetRecord(*sheet, type, record);
         } else {
-            readGlobalRecord(layout, names, type, record);
+            readGlobalRecord(layout, listed, type, record);
         }
     }
     return layout;
