@@ -18,11 +18,11 @@
 namespace qr::output {
 
 const Cell* CellGrid::find(std::uint32_t row, std::uint16_t column) const {
-    auto it =
-        std::lower_bound(cells.begin(), cells.end(), std::pair(row, column),
-                         [](const Cell& cell, const std::pair<std::uint32_t, std::uint16_t>& at) {
-                             return std::pair<std::uint32_t, std::uint16_t>(cell.row, cell.column) < at;
-                         });
+    auto it = std::lower_bound(
+        cells.begin(), cells.end(), std::pair(row, column),
+        [](const Cell& cell, const std::pair<std::uint32_t, std::uint16_t>& at) {
+            return std::pair<std::uint32_t, std::uint16_t>(cell.row, cell.column) < at;
+        });
     if (it == cells.end() || it->row != row || it->column != column) {
         return nullptr;
     }
@@ -88,6 +88,122 @@ class BitTable {
     std::vector<std::uint64_t> m_bits;
 };
 
+/// Placements and their keys: an open-addressing table, since a long report looks one up for
+/// every text it places, twice.
+class PlacementIndex {
+  public:
+    /// The key of `place`; `next` becomes its key when it has none yet (then `added`).
+    std::pair<std::uint32_t, bool> findOrAdd(const Placement& place, std::uint32_t next) {
+        if (2 * (m_count + 1) > m_slots.size()) {
+            grow();
+        }
+        Slot& slot = m_slots[slotOf(place)];
+        if (slot.key != kFree) {
+            return {slot.key, false};
+        }
+        slot = {place, next};
+        ++m_count;
+        return {next, true};
+    }
+    /// The key of a placement added before.
+    std::uint32_t find(const Placement& place) const { return m_slots[slotOf(place)].key; }
+
+  private:
+    static constexpr std::uint32_t kFree = ~std::uint32_t{0};
+    struct Slot {
+        Placement place;
+        std::uint32_t key = kFree;
+    };
+
+    std::size_t slotOf(const Placement& place) const {
+        const std::size_t mask = m_slots.size() - 1;
+        std::size_t at = PlacementHash()(place) & mask;
+        while (m_slots[at].key != kFree && !(m_slots[at].place == place)) {
+            at = (at + 1) & mask;
+        }
+        return at;
+    }
+    void grow() {
+        std::vector<Slot> old(std::max<std::size_t>(64, 2 * m_slots.size()));
+        old.swap(m_slots);
+        for (const Slot& slot : old) {
+            if (slot.key != kFree) {
+                m_slots[slotOf(slot.place)] = slot;
+            }
+        }
+    }
+
+    std::vector<Slot> m_slots;
+    std::size_t m_count = 0;
+};
+
+/// Values a reader derives from page items, one for each distinct item content (the flags and
+/// content of page::PlacedItem): what a report repeats line after line is derived once. It
+/// keeps copies of the contents it knows, side by side, so that a look-up reads no page but
+/// the one being read. Bounded: full() says when it should be cleared.
+template <class Value> class ContentMemo {
+  public:
+    ContentMemo() : m_slots(kSlots) {}
+
+    static constexpr std::uint32_t kNone = ~std::uint32_t{0};
+
+    /// The index of the value for `placed`'s content; a new default value when the content is
+    /// new (then `added`), or kNone when it is new and there is no room for more.
+    std::pair<std::uint32_t, bool> findOrAdd(const page::PlacedItem& placed) {
+        const std::uint64_t hash = hashOf(placed);
+        std::size_t at = hash & (kSlots - 1);
+        for (; m_slots[at].value != kFree; at = (at + 1) & (kSlots - 1)) {
+            const Slot& slot = m_slots[at];
+            if (slot.hash == hash && slot.size == placed.content.size() + 1 &&
+                m_bytes[slot.start] == placed.flags &&
+                std::equal(placed.content.begin(), placed.content.end(),
+                           m_bytes.begin() + static_cast<std::ptrdiff_t>(slot.start) + 1)) {
+                return {slot.value, false};
+            }
+        }
+        if (m_values.size() >= kSlots / 2) {
+            return {kNone, false};
+        }
+        const auto value = static_cast<std::uint32_t>(m_values.size());
+        m_slots[at] = {hash, static_cast<std::uint32_t>(m_bytes.size()),
+                       static_cast<std::uint32_t>(placed.content.size() + 1), value};
+        m_bytes.push_back(placed.flags);
+        m_bytes.insert(m_bytes.end(), placed.content.begin(), placed.content.end());
+        m_values.emplace_back();
+        return {value, true};
+    }
+    Value& operator[](std::uint32_t index) { return m_values[index]; }
+
+    bool full() const { return m_values.size() >= kMaxValues || m_bytes.size() >= kMaxBytes; }
+    void clear() {
+        m_values.clear();
+        m_bytes.clear();
+        std::fill(m_slots.begin(), m_slots.end(), Slot{});
+    }
+
+  private:
+    static constexpr std::size_t kMaxValues = std::size_t{1} << 14;
+    static constexpr std::size_t kMaxBytes = std::size_t{1} << 21;
+    static constexpr std::size_t kSlots = 2 * kMaxValues; // kept at most half full
+    static constexpr std::uint32_t kFree = kNone;
+    struct Slot {
+        std::uint64_t hash = 0;
+        std::uint32_t start = 0; // of the flags and content in m_bytes
+        std::uint32_t size = 0;
+        std::uint32_t value = kFree;
+    };
+
+    static std::uint64_t hashOf(const page::PlacedItem& placed) {
+        const std::string_view bytes(reinterpret_cast<const char*>(placed.content.data()),
+                                     placed.content.size());
+        return std::hash<std::string_view>()(bytes) ^ (placed.flags * 0x9E3779B97F4A7C15ULL);
+    }
+
+    std::vector<Slot> m_slots;
+    std::vector<std::uint8_t> m_bytes;
+    std::vector<Value> m_values;
+};
+
 class GridBuilder {
   public:
     explicit GridBuilder(const page::Pages& pages) : m_pages(pages) { m_grid.fonts = pages.fonts; }
@@ -114,10 +230,12 @@ class GridBuilder {
         std::uint32_t lines = 0;
     };
     static constexpr ItemRef kWhole{0, 0, 0, 0};
+    static constexpr std::uint32_t kUnremembered = ContentMemo<int>::kNone;
     struct Source {
         ItemRef ref;
         int top;
         Placement place;
+        std::uint32_t remembered = kUnremembered; // what is known of its item, or none
     };
     struct KeyInfo {
         Placement place;
@@ -128,19 +246,61 @@ class GridBuilder {
         std::uint32_t column;
         int left;
         ItemRef ref;
+        std::uint32_t remembered;
     };
 
     // --- items --------------------------------------------------------------------------
 
     /// The item at `ref`, decoded into the builder's scratch item: valid until the next call.
+    /// No pass looks at control or section names.
     const page::Item& load(ItemRef ref) {
-        m_pages.pages[ref.page].items.decodeInto(ref.index, m_item);
+        m_pages.pages[ref.page].items.decodeInto(ref.index, m_item,
+                                                 page::kDecodeRunTexts | page::kDecodeFormat);
         return m_item;
     }
 
-    /// The item at `ref`: from the page scanned last when it stands there, else decoded.
-    const page::Item& itemAt(ItemRef ref) {
-        return ref.page == m_scannedPage ? m_pageItems[ref.index] : load(ref);
+    // --- what equal items have in common -------------------------------------------------
+
+    /// A cell as an item gives it, wherever it stands.
+    struct MadeCell {
+        CellKind kind = CellKind::Text;
+        std::uint16_t style = 0;
+        std::uint32_t text = 0; // a Text cell's
+        double number = 0;      // a Number cell's
+        CellRoom room;
+    };
+
+    /// What the builder derives from an item that does not depend on where it stands. A
+    /// report repeats most of its cells (quantities, sizes, types, prices), so each distinct
+    /// item is decoded and measured once, not once per line.
+    struct Remembered {
+        page::PageBand band = page::PageBand::Body;
+        page::Align align = page::Align::Left; // how it is placed
+        bool placeable = false;
+        bool inPieces = false; // a text too tall for one row: placed from the item itself
+        bool hasCell = false;  // `cell` is known (the second pass)
+        MadeCell cell;
+    };
+
+    /// What is known of the item `placed` at `ref`, decoded if it is new: its place in
+    /// m_remembered, or kUnremembered when there is no room left there (then `scratch` holds
+    /// it, and `known` points to whichever).
+    std::uint32_t remember(ItemRef ref, const page::PlacedItem& placed, Remembered& scratch,
+                           const Remembered*& known) {
+        const auto [id, added] = m_remembered.findOrAdd(placed);
+        Remembered& entry = id == kUnremembered ? scratch : m_remembered[id];
+        known = &entry;
+        if (added || id == kUnremembered) {
+            const page::Item& item = load(ref);
+            entry = {};
+            entry.band = pageBandOf(item);
+            entry.align = placementOf(item).align;
+            entry.placeable = isPlaceable(item);
+            const auto* text = std::get_if<page::TextItem>(&item);
+            entry.inPieces = text != nullptr && text->runs.size() > 1 &&
+                             text->runs.size() > linesPerRow(pointsOf(*text));
+        }
+        return id;
     }
 
     /// The text an item (or the piece of it `ref` names) shows, or an empty view when it
@@ -319,35 +479,41 @@ class GridBuilder {
         bool hasFooter = false;
     };
 
-    /// Decodes page `p` into m_pageItems and writes its texts into `out` in reading order:
-    /// the body, and the header too when `takeHeader`. With `noteFooters`, the footer's texts
-    /// are noted for the sheet's footer.
+    /// Writes the texts of page `p` into `out` in reading order: the body, and the header
+    /// too when `takeHeader`. With `noteFooters`, the footer's texts are noted for the sheet's
+    /// footer.
     PageScan scanPage(std::uint32_t p, bool takeHeader, std::vector<Source>& out,
                       bool noteFooters) {
-        const page::ItemList& list = m_pages.pages[p].items;
-        if (m_pageItems.size() < list.size()) {
-            m_pageItems.resize(list.size()); // kept: the next page reuses the items' buffers
+        if (m_remembered.full()) {
+            m_remembered.clear(); // between pages: no source of this page refers to it yet
         }
-        // The first pass (the one noting footers) places texts by where they stand and what
-        // they show: it reads neither formats nor the runs' pieces of a text, and its items
-        // are not kept as the page's for itemAt. No pass looks at control or section names.
-        const unsigned parts = noteFooters ? 0 : page::kDecodeRunTexts | page::kDecodeFormat;
-        m_scannedPage = noteFooters ? kNoPage : p;
+        const page::ItemList& list = m_pages.pages[p].items;
         out.clear();
         PageScan scan;
+        Remembered scratch;
         for (std::uint32_t i = 0; i < list.size(); ++i) {
-            page::Item& item = m_pageItems[i];
-            list.decodeInto(i, item, parts);
-            const page::PageBand band = pageBandOf(item);
-            scan.hasHeader = scan.hasHeader || band == page::PageBand::Header;
-            scan.hasFooter = scan.hasFooter || band == page::PageBand::Footer;
-            if (band == page::PageBand::Footer) {
+            const page::PlacedItem placed = list.placed(i);
+            if (placed.kind != page::itemKind<page::TextItem>() &&
+                placed.kind != page::itemKind<page::CheckBoxItem>()) {
+                continue; // lines and rectangles show nothing in a cell
+            }
+            const ItemRef ref{p, i};
+            const Remembered* known = nullptr;
+            const std::uint32_t id = remember(ref, placed, scratch, known);
+            scan.hasHeader = scan.hasHeader || known->band == page::PageBand::Header;
+            scan.hasFooter = scan.hasFooter || known->band == page::PageBand::Footer;
+            if (known->band == page::PageBand::Footer) {
                 if (noteFooters) {
-                    list.decodeInto(i, item); // the sheet's footer keeps the item whole
-                    noteFooter(item, {p, i});
+                    noteFooter(load(ref), ref);
                 }
-            } else if ((band == page::PageBand::Body || takeHeader) && isPlaceable(item)) {
-                addSources(item, {p, i}, out);
+            } else if ((known->band == page::PageBand::Body || takeHeader) && known->placeable) {
+                if (known->inPieces) {
+                    addSources(load(ref), ref, out);
+                } else {
+                    const Placement place{placed.box.x, placed.box.x + placed.box.width,
+                                          known->align};
+                    out.push_back({ref, placed.box.y, place, id});
+                }
             }
         }
         sortByReading(out);
@@ -367,8 +533,7 @@ class GridBuilder {
 
     /// Calls `visit` with the sources of each row, in order: sources whose tops lie within the
     /// tolerance of the row's first top.
-    template <class Visit>
-    static void forEachRow(std::span<const Source> sources, Visit&& visit) {
+    template <class Visit> static void forEachRow(std::span<const Source> sources, Visit&& visit) {
         std::size_t begin = 0;
         for (std::size_t i = 1; i <= sources.size(); ++i) {
             if (i == sources.size() || sources[i].top - sources[begin].top > kRowTolerance) {
@@ -455,12 +620,13 @@ class GridBuilder {
     }
 
     std::uint32_t keyOf(const Placement& place) {
-        auto [it, added] = m_keyIndex.try_emplace(place, static_cast<std::uint32_t>(m_keys.size()));
+        const auto [key, added] =
+            m_keyIndex.findOrAdd(place, static_cast<std::uint32_t>(m_keys.size()));
         if (added) {
             m_keys.push_back({place, 0, 0});
         }
-        ++m_keys[it->second].count;
-        return it->second;
+        ++m_keys[key].count;
+        return key;
     }
 
     // --- columns ------------------------------------------------------------------------
@@ -701,18 +867,18 @@ class GridBuilder {
         forEachRow(sources, [&](std::span<const Source> cellsOfRow) {
             entries.clear();
             for (const Source& source : cellsOfRow) {
-                const KeyInfo& key = m_keys[m_keyIndex.at(source.place)];
-                entries.push_back({m_columnOfCluster[key.cluster], key.place.left, source.ref});
+                const KeyInfo& key = m_keys[m_keyIndex.find(source.place)];
+                entries.push_back({m_columnOfCluster[key.cluster], key.place.left, source.ref,
+                                   source.remembered});
             }
-            std::stable_sort(entries.begin(), entries.end(),
-                             [](const RowEntry& a, const RowEntry& b) {
-                                 return a.column != b.column ? a.column < b.column
-                                                             : a.left < b.left;
-                             });
+            std::stable_sort(
+                entries.begin(), entries.end(), [](const RowEntry& a, const RowEntry& b) {
+                    return a.column != b.column ? a.column < b.column : a.left < b.left;
+                });
             for (const RowEntry& entry : entries) {
                 if (!m_grid.cells.empty() && m_grid.cells.back().row == row &&
                     m_grid.cells.back().column == entry.column) {
-                    joinInto(m_grid.cells.back(), itemAt(entry.ref), entry.ref);
+                    joinInto(m_grid.cells.back(), entry.ref);
                 } else {
                     addCell(row, entry);
                 }
@@ -721,11 +887,8 @@ class GridBuilder {
         });
     }
 
-    void addCell(std::uint32_t row, const RowEntry& entry) {
-        const page::Item& item = itemAt(entry.ref);
-        Cell cell;
-        cell.row = row;
-        cell.column = static_cast<std::uint8_t>(entry.column);
+    MadeCell makeCell(const page::Item& item, const ItemRef& ref) {
+        MadeCell made;
         CellStyle style;
         style.align = placementOf(item).align;
         if (const auto* text = std::get_if<page::TextItem>(&item)) {
@@ -733,27 +896,58 @@ class GridBuilder {
                 text->font >= 0 && static_cast<std::size_t>(text->font) < m_pages.fonts.size();
             style.font = known ? text->font : -1;
         }
-        m_cellText = displayText(item, entry.ref);
-        CellRoom room = roomOf(item, entry.ref, m_cellText);
-        if (auto number = numberOf(item); number && entry.ref.lines == 0) {
-            cell.kind = CellKind::Number;
-            cell.number = *number;
+        const std::string_view shown = displayText(item, ref);
+        made.room = roomOf(item, ref, shown);
+        if (auto number = numberOf(item); number && ref.lines == 0) {
+            made.kind = CellKind::Number;
+            made.number = *number;
             style.format = internFormat(std::get<page::TextItem>(item).format);
         } else {
-            cell.kind = CellKind::Text;
-            cell.text = internText(m_cellText);
-            style.wrap = m_cellText.find('\n') != std::string_view::npos;
-            room.mayMerge = true;
+            made.kind = CellKind::Text;
+            made.text = internText(shown);
+            style.wrap = shown.find('\n') != std::string_view::npos;
+            made.room.mayMerge = true;
         }
-        cell.style = internStyle(style);
+        made.style = internStyle(style);
+        return made;
+    }
+
+    void addCell(std::uint32_t row, const RowEntry& entry) {
+        MadeCell made;
+        if (entry.remembered == kUnremembered) {
+            made = makeCell(load(entry.ref), entry.ref);
+        } else {
+            Remembered& known = m_remembered[entry.remembered];
+            if (!known.hasCell) {
+                known.cell = makeCell(load(entry.ref), entry.ref);
+                known.hasCell = true;
+            }
+            made = known.cell;
+        }
+        Cell cell;
+        cell.row = row;
+        cell.column = static_cast<std::uint8_t>(entry.column);
+        cell.kind = made.kind;
+        cell.style = made.style;
+        if (made.kind == CellKind::Number) {
+            cell.number = made.number;
+        } else {
+            cell.text = made.text;
+        }
         m_grid.cells.push_back(cell);
-        m_rooms->need(m_grid.cells.size() - 1, room);
+        m_rooms->need(m_grid.cells.size() - 1, made.room);
+        m_cellRef = entry.ref;
+        m_cellTextKnown = false;
     }
 
     /// Two texts in one cell: the cell becomes the text of both, joined by a space, and needs
     /// the room of both side by side.
-    void joinInto(Cell& cell, const page::Item& item, const ItemRef& ref) {
-        const std::string_view more = displayText(item, ref);
+    void joinInto(Cell& cell, const ItemRef& ref) {
+        if (!m_cellTextKnown) {
+            m_cellText.assign(displayText(load(m_cellRef), m_cellRef));
+            m_cellTextKnown = true;
+        }
+        const std::string_view more = displayText(load(ref), ref);
         m_cellText += ' ';
         m_cellText += more;
         CellStyle style = m_grid.styles[cell.style];
@@ -814,16 +1008,14 @@ class GridBuilder {
 
     const page::Pages& m_pages;
     CellGrid m_grid;
-    std::vector<bool> m_takesHeader;                   // per page: its header is placed
-    std::vector<page::Item> m_pageItems;               // the items of the page scanned last
-    static constexpr std::uint32_t kNoPage = ~std::uint32_t{0};
-    std::uint32_t m_scannedPage = kNoPage;
-    std::vector<Source> m_footerSources;               // footer texts shown below the last row
+    std::vector<bool> m_takesHeader;      // per page: its header is placed
+    ContentMemo<Remembered> m_remembered; // what is known of distinct items
+    std::vector<Source> m_footerSources;  // footer texts shown below the last row
     std::size_t m_placedCount = 0;
     std::set<std::vector<std::uint32_t>> m_layouts; // distinct rows, as their placements
     std::vector<std::uint32_t> m_lastLayout;
     std::vector<KeyInfo> m_keys;
-    std::unordered_map<Placement, std::uint32_t, PlacementHash> m_keyIndex;
+    PlacementIndex m_keyIndex;
     std::vector<std::uint32_t> m_columnOfCluster;
     std::unordered_map<std::string_view, std::uint32_t> m_textIndex;
     std::unordered_map<std::uint64_t, std::uint16_t> m_styleIndex;
@@ -833,12 +1025,14 @@ class GridBuilder {
     std::vector<ItemRef> m_footerRefs; // where each of m_footerItems stands
     int m_footerPage = -1;             // the page whose footer the sheet shows
     std::deque<std::string>
-        m_texts;                  // distinct cell texts; a deque keeps them in place for the index
-    std::string m_cellText;       // text of the last cell added
-    std::string m_joined;         // displayText() of a text shown as its printed lines
+        m_texts;                   // distinct cell texts; a deque keeps them in place for the index
+    ItemRef m_cellRef{};           // the item that made the last cell added
+    std::string m_cellText;        // text of the last cell added, once a text joins it
+    bool m_cellTextKnown = false;  // m_cellText holds it
+    std::string m_joined;          // displayText() of a text shown as its printed lines
     bool m_shownAsPrinted = false; // the last displayText() gave the printed lines
-    CairoTextMeasurer m_measurer; // for texts shown otherwise than printed
-    page::Item m_item;            // the item load() decoded last
+    CairoTextMeasurer m_measurer;  // for texts shown otherwise than printed
+    page::Item m_item;             // the item load() decoded last
 };
 
 } // namespace

@@ -189,6 +189,30 @@ TEST(CellGridCells, KeepNumbersWithTheirFormats) {
     EXPECT_EQ(grid.textOf(*notANumber), "n/a");
 }
 
+// Equal items are read once and then known by their content; a page of more distinct items
+// than are kept in mind, and pages after it, still give every item its own cell.
+TEST(CellGridCells, EveryItemGivesItsCellHoweverManyRepeatOrDiffer) {
+    constexpr int kRows = 20000;
+    std::vector<std::vector<page::Item>> pageItems(2);
+    for (int page = 0; page < 2; ++page) {
+        for (int i = 0; i < kRows; ++i) {
+            const double value = i + 0.5 * page;
+            pageItems[page].push_back(number(720, 300 * i, 1000, value, std::to_string(value)));
+            pageItems[page].push_back(text(3000, 300 * i, 1000, i % 2 ? "Tempered" : "Annealed"));
+        }
+    }
+    const CellGrid grid = buildCellGrid(pagesOf(std::move(pageItems)));
+    ASSERT_EQ(grid.rowCount(), 2U * kRows);
+    EXPECT_EQ(grid.texts, (std::vector<std::string>{"Annealed", "Tempered"}));
+    for (std::uint32_t row = 0; row < grid.rowCount(); ++row) {
+        const Cell* figure = grid.find(row, 0);
+        const Cell* type = grid.find(row, 1);
+        ASSERT_TRUE(figure && type) << "row " << row;
+        ASSERT_EQ(figure->number, row % kRows + 0.5 * (row / kRows)) << "row " << row;
+        ASSERT_EQ(grid.textOf(*type), row % 2 ? "Tempered" : "Annealed") << "row " << row;
+    }
+}
+
 TEST(CellGridCells, TextsAreSharedAndMultiLineTextStaysInOneCell) {
     page::TextItem address = text(720, 300, 3000, "");
     address.box.height = 720;

@@ -217,6 +217,13 @@ class Reader {
         m_at += size;
         return s;
     }
+    /// Steps over a name without looking it up.
+    void skipName() {
+        const std::uint64_t v = varint();
+        if (v & 1)
+            m_at += static_cast<std::size_t>(v >> 1);
+    }
+    const std::uint8_t* position() const { return m_at; }
     int coordinate(bool isSigned) {
         return isSigned ? integer() : static_cast<int>(static_cast<std::uint32_t>(varint()));
     }
@@ -553,6 +560,40 @@ const Item ItemList::back() const {
 void ItemList::decodeInto(std::size_t index, Item& out, unsigned parts) const {
     checkIndex(index, "Reading");
     decodeItem(m_bytes.data() + m_offsets[index], out, parts);
+}
+
+PlacedItem ItemList::placed(std::size_t index) const {
+    checkIndex(index, "Reading");
+    Reader r(m_bytes.data() + m_offsets[index]);
+    PlacedItem out;
+    out.flags = r.byte();
+    r.skipName(); // control
+    r.skipName(); // section
+    switch (out.flags & kKindMask) {
+    case kText:
+        out.kind = itemKind<TextItem>();
+        out.box = r.box((out.flags & kTextSignedBox) != 0);
+        break;
+    case kLine: {
+        out.kind = itemKind<LineItem>();
+        const bool isSigned = (out.flags & kLineSigned) != 0;
+        out.box.x = r.coordinate(isSigned);
+        out.box.y = r.coordinate(isSigned);
+        out.box.width = r.integer();
+        out.box.height = r.integer();
+        break;
+    }
+    case kRect:
+        out.kind = itemKind<RectItem>();
+        out.box = r.box((out.flags & kRectSignedBox) != 0);
+        break;
+    default:
+        out.kind = itemKind<CheckBoxItem>();
+        out.box = r.box((out.flags & kCheckSignedBox) != 0);
+        break;
+    }
+    out.content = {r.position(), m_bytes.data() + endOf(index)};
+    return out;
 }
 
 void ItemList::set(std::size_t index, const Item& item) {

@@ -21,6 +21,9 @@
 #include <cstdint>
 #include <initializer_list>
 #include <iterator>
+#include <span>
+#include <type_traits>
+#include <variant>
 #include <vector>
 
 namespace qr::page {
@@ -31,6 +34,28 @@ inline constexpr unsigned kDecodeNames = 1;
 inline constexpr unsigned kDecodeRunTexts = 2;
 inline constexpr unsigned kDecodeFormat = 4;
 inline constexpr unsigned kDecodeAll = kDecodeNames | kDecodeRunTexts | kDecodeFormat;
+
+/// The index of alternative `T` in Item, as PlacedItem::kind gives it.
+template <class T, std::size_t I = 0> constexpr std::size_t itemKind() {
+    if constexpr (std::is_same_v<std::variant_alternative_t<I, Item>, T>)
+        return I;
+    else
+        return itemKind<T, I + 1>();
+}
+
+/// An item told apart from where it stands, read without decoding the rest of it. `kind` is
+/// the index of the alternative the item holds in Item; `box` is the box of a text,
+/// rectangle or check box, and for a line the box from its first end to its second. `flags`
+/// and `content` are the encoded item without its box and its control and section names:
+/// items with equal flags and content differ in nothing else, so a reader that derives the
+/// same from such items can decode each distinct one once (unequal content may still be an
+/// equal item). `content` points into the list and lives as long as the list is unchanged.
+struct PlacedItem {
+    std::size_t kind = 0;
+    Rect box;
+    std::uint8_t flags = 0;
+    std::span<const std::uint8_t> content;
+};
 
 class ItemList {
   public:
@@ -131,6 +156,10 @@ class ItemList {
     /// the cheap way to walk many items with one scratch value. Same range check as at().
     /// `parts` may leave out what a reader does not look at (kDecodeAll: everything).
     void decodeInto(std::size_t index, Item& out, unsigned parts = kDecodeAll) const;
+
+    /// Item `index` as where it stands and what else it is (see PlacedItem). Same range
+    /// check as at().
+    PlacedItem placed(std::size_t index) const;
 
     /// Replaces item `index` with `item`; the items after it keep their order.
     void set(std::size_t index, const Item& item);
