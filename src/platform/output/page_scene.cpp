@@ -39,6 +39,10 @@ const PageScene& SceneBuilder::build(const page::Page& page,
     // Batches keep their glyph buffers from page to page; an empty batch draws nothing.
     for (auto& batch : m_scene.text)
         batch.glyphs.clear();
+    if (fonts != m_specs) {
+        m_specs = fonts;
+        m_fontAt.assign(fonts.size(), nullptr);
+    }
 
     // One scratch item for the whole page: decoding into it reuses its strings and runs. The
     // names of controls and sections are read only to name an item in an error.
@@ -75,11 +79,14 @@ void SceneBuilder::addText(const page::TextItem& item, const std::vector<page::F
     if (item.font < 0 || static_cast<std::size_t>(item.font) >= fonts.size()) {
         const page::Item named = m_page->items.at(m_index);
         throw Error(errc::kComponent, kRenderSource,
-                    "The text item \"" + itemName(std::get<page::TextItem>(named)) + "\" uses font " +
-                        std::to_string(item.font) + ", but the pages list " +
+                    "The text item \"" + itemName(std::get<page::TextItem>(named)) +
+                        "\" uses font " + std::to_string(item.font) + ", but the pages list " +
                         std::to_string(fonts.size()) + " fonts.");
     }
-    ScaledFont& font = m_fonts.get(fonts[static_cast<std::size_t>(item.font)]);
+    ScaledFont*& found = m_fontAt[static_cast<std::size_t>(item.font)];
+    if (found == nullptr)
+        found = &m_fonts.get(fonts[static_cast<std::size_t>(item.font)]);
+    ScaledFont& font = *found;
     GlyphBatch& batch = batchFor(font, item.color);
     for (const auto& run : item.runs) {
         if (run.text.empty())

@@ -1,7 +1,7 @@
 #pragma once
 // A page's items turned into drawing primitives, shared by every renderer (the PDF writer,
-// cairo for PNG, QPainter for the printer and the preview). The geometry of a check box, a rounded corner
-// or an underline is decided here once, and the text of the page is gathered into one glyph
+// cairo for PNG, QPainter for the printer and the preview). The geometry of a check box, a rounded
+// corner or an underline is decided here once, and the text of the page is gathered into one glyph
 // array per font and colour, so a renderer issues one text operation per font per page instead
 // of one per cell.
 //
@@ -77,8 +77,12 @@ class SceneBuilder {
     GlyphBatch& batchFor(ScaledFont& font, page::Color color);
 
     FontSet m_fonts;
+    // The pages' fonts as last seen and the scaled font of each, found on first use: most
+    // pages share their report's fonts, and a text finds its font by index.
+    std::vector<page::FontSpec> m_specs;
+    std::vector<ScaledFont*> m_fontAt;
     PageScene m_scene;
-    page::Item m_item; // the item being drawn, decoded from its page
+    page::Item m_item;                  // the item being drawn, decoded from its page
     const page::Page* m_page = nullptr; // the page being built and the item's place on it,
     std::size_t m_index = 0;            // to name the item in an error
 };

@@ -360,6 +360,16 @@ TEST(NamePool, SameNameSameIdAndNamesStayReadable) {
     EXPECT_EQ(pool.name(*detail), "Detail");
     EXPECT_EQ(pool.size(), 3u);
     EXPECT_FALSE(pool.intern(std::string(NamePool::kMaxNameLength + 1, 'x')));
+    // Another pool on the same thread has ids of its own: what this thread remembers of one
+    // pool never answers for the other.
+    NamePool other;
+    const auto field = other.intern("Field1");
+    EXPECT_NE(field, pool.intern("Field1"));
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(pool.intern("Detail"), detail);
+        EXPECT_EQ(other.intern("Field1"), field);
+        EXPECT_EQ(other.name(*other.intern("Detail")), "Detail");
+    }
 }
 
 TEST(NamePool, AFullPoolRefusesNewNamesButKeepsItsOwn) {

@@ -369,20 +369,22 @@ std::size_t lineCount(std::string_view text) {
     return count;
 }
 
-// Copies a decoded name into `to`, or leaves `to` empty when names are not wanted.
-void assignName(std::string& to, std::string_view name, bool wanted) {
-    if (wanted)
-        to.assign(name);
-    else
+// Reads a name into `to`, or steps over it and leaves `to` empty when names are not wanted.
+void readName(Reader& r, std::string& to, bool wanted) {
+    if (wanted) {
+        to.assign(r.name());
+    } else {
+        r.skipName();
         to.clear();
+    }
 }
 
 void decodeText(Reader& r, std::uint8_t head, Item& out, unsigned parts) {
     TextItem& t = holding<TextItem>(out);
     const bool names = (parts & kDecodeNames) != 0;
     t.align = static_cast<Align>((head >> kTextAlignShift) & 0x03);
-    assignName(t.control, r.name(), names);
-    assignName(t.section, r.name(), names);
+    readName(r, t.control, names);
+    readName(r, t.section, names);
     t.box = r.box((head & kTextSignedBox) != 0);
     const std::uint64_t fontAndBand = r.varint();
     t.font = static_cast<int>(Reader::unzigzagged(fontAndBand >> kFontBandBits));
@@ -434,7 +436,7 @@ void decodeText(Reader& r, std::uint8_t head, Item& out, unsigned parts) {
         t.numericValue = r.number();
     else
         t.numericValue.reset();
-    assignName(t.format, r.name(), (parts & kDecodeFormat) != 0);
+    readName(r, t.format, (parts & kDecodeFormat) != 0);
 }
 
 void decodeLine(Reader& r, std::uint8_t head, Item& out) {
@@ -467,8 +469,8 @@ void decodeRect(Reader& r, std::uint8_t head, Item& out) {
 void decodeCheck(Reader& r, std::uint8_t head, Item& out, unsigned parts) {
     CheckBoxItem& c = holding<CheckBoxItem>(out);
     const bool names = (parts & kDecodeNames) != 0;
-    assignName(c.control, r.name(), names);
-    assignName(c.section, r.name(), names);
+    readName(r, c.control, names);
+    readName(r, c.section, names);
     c.box = r.box((head & kCheckSignedBox) != 0);
     c.checked = (head & kCheckChecked) != 0;
     c.pageBand = static_cast<PageBand>((head >> kCheckBandShift) & kBandMask);
