@@ -1,5 +1,6 @@
 #include "platform/output/cell_grid.hpp"
 
+#include "platform/core/bytes_memo.hpp"
 #include "platform/output/cairo_text_measurer.hpp"
 #include "platform/output/cell_room.hpp"
 #include "platform/output/sheet_footer.hpp"
@@ -137,73 +138,6 @@ class PlacementIndex {
     std::size_t m_count = 0;
 };
 
-/// Values a reader derives from page items, one for each distinct item content (the flags and
-/// content of page::PlacedItem): what a report repeats line after line is derived once. It
-/// keeps copies of the contents it knows, side by side, so that a look-up reads no page but
-/// the one being read. Bounded: full() says when it should be cleared.
-template <class Value> class ContentMemo {
-  public:
-    ContentMemo() : m_slots(kSlots) {}
-
-    static constexpr std::uint32_t kNone = ~std::uint32_t{0};
-
-    /// The index of the value for `placed`'s content; a new default value when the content is
-    /// new (then `added`), or kNone when it is new and there is no room for more.
-    std::pair<std::uint32_t, bool> findOrAdd(const page::PlacedItem& placed) {
-        const std::uint64_t hash = hashOf(placed);
-        std::size_t at = hash & (kSlots - 1);
-        for (; m_slots[at].value != kFree; at = (at + 1) & (kSlots - 1)) {
-            const Slot& slot = m_slots[at];
-            if (slot.hash == hash && slot.size == placed.content.size() + 1 &&
-                m_bytes[slot.start] == placed.flags &&
-                std::equal(placed.content.begin(), placed.content.end(),
-                           m_bytes.begin() + static_cast<std::ptrdiff_t>(slot.start) + 1)) {
-                return {slot.value, false};
-            }
-        }
-        if (m_values.size() >= kSlots / 2) {
-            return {kNone, false};
-        }
-        const auto value = static_cast<std::uint32_t>(m_values.size());
-        m_slots[at] = {hash, static_cast<std::uint32_t>(m_bytes.size()),
-                       static_cast<std::uint32_t>(placed.content.size() + 1), value};
-        m_bytes.push_back(placed.flags);
-        m_bytes.insert(m_bytes.end(), placed.content.begin(), placed.content.end());
-        m_values.emplace_back();
-        return {value, true};
-    }
-    Value& operator[](std::uint32_t index) { return m_values[index]; }
-
-    bool full() const { return m_values.size() >= kMaxValues || m_bytes.size() >= kMaxBytes; }
-    void clear() {
-        m_values.clear();
-        m_bytes.clear();
-        std::fill(m_slots.begin(), m_slots.end(), Slot{});
-    }
-
-  private:
-    static constexpr std::size_t kMaxValues = std::size_t{1} << 14;
-    static constexpr std::size_t kMaxBytes = std::size_t{1} << 21;
-    static constexpr std::size_t kSlots = 2 * kMaxValues; // kept at most half full
-    static constexpr std::uint32_t kFree = kNone;
-    struct Slot {
-        std::uint64_t hash = 0;
-        std::uint32_t start = 0; // of the flags and content in m_bytes
-        std::uint32_t size = 0;
-        std::uint32_t value = kFree;
-    };
-
-    static std::uint64_t hashOf(const page::PlacedItem& placed) {
-        const std::string_view bytes(reinterpret_cast<const char*>(placed.content.data()),
-                                     placed.content.size());
-        return std::hash<std::string_view>()(bytes) ^ (placed.flags * 0x9E3779B97F4A7C15ULL);
-    }
-
-    std::vector<Slot> m_slots;
-    std::vector<std::uint8_t> m_bytes;
-    std::vector<Value> m_values;
-};
-
 class GridBuilder {
   public:
     explicit GridBuilder(const page::Pages& pages) : m_pages(pages) { m_grid.fonts = pages.fonts; }
@@ -230,7 +164,7 @@ class GridBuilder {
         std::uint32_t lines = 0;
     };
     static constexpr ItemRef kWhole{0, 0, 0, 0};
-    static constexpr std::uint32_t kUnremembered = ContentMemo<int>::kNone;
+    static constexpr std::uint32_t kUnremembered = BytesMemo<int>::kNone;
     struct Source {
         ItemRef ref;
         int top;
@@ -287,7 +221,9 @@ class GridBuilder {
     /// it, and `known` points to whichever).
     std::uint32_t remember(ItemRef ref, const page::PlacedItem& placed, Remembered& scratch,
                            const Remembered*& known) {
-        const auto [id, added] = m_remembered.findOrAdd(placed);
+        const auto [id, added] = m_remembered.findOrAdd(
+            placed.flags, std::string_view(reinterpret_cast<const char*>(placed.content.data()),
+                                           placed.content.size()));
         Remembered& entry = id == kUnremembered ? scratch : m_remembered[id];
         known = &entry;
         if (added || id == kUnremembered) {
@@ -1008,9 +944,10 @@ class GridBuilder {
 
     const page::Pages& m_pages;
     CellGrid m_grid;
-    std::vector<bool> m_takesHeader;      // per page: its header is placed
-    ContentMemo<Remembered> m_remembered; // what is known of distinct items
-    std::vector<Source> m_footerSources;  // footer texts shown below the last row
+    std::vector<bool> m_takesHeader; // per page: its header is placed
+    // What is known of distinct items (by their flags and content, page::PlacedItem).
+    BytesMemo<Remembered> m_remembered{std::size_t{1} << 14, std::size_t{1} << 21};
+    std::vector<Source> m_footerSources; // footer texts shown below the last row
     std::size_t m_placedCount = 0;
     std::set<std::vector<std::uint32_t>> m_layouts; // distinct rows, as their placements
     std::vector<std::uint32_t> m_lastLayout;

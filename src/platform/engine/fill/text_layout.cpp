@@ -6,10 +6,6 @@ namespace qr::engine {
 
 namespace {
 
-// A cache this large holds every distinct cell text of a long report many times over; past it
-// the widths of a font are dropped and measured again as they come.
-constexpr size_t kMaxCachedWidths = 65536;
-
 bool isContinuationByte(char c) {
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
@@ -44,31 +40,24 @@ int TextLayout::fontIndex(const page::FontSpec& font) {
     return m_pages.fontIndex(font);
 }
 
-TextLayout::FontCache& TextLayout::cache(int font) {
-    while (static_cast<int>(m_caches.size()) <= font) {
-        FontCache fresh;
-        fresh.metrics = m_measurer.metrics(m_pages.fonts[m_caches.size()]);
-        m_caches.push_back(std::move(fresh));
-    }
-    return m_caches[font];
-}
-
 const page::FontMetrics& TextLayout::metrics(int font) {
-    return cache(font).metrics;
+    while (static_cast<int>(m_metrics.size()) <= font)
+        m_metrics.push_back(m_measurer.metrics(m_pages.fonts[m_metrics.size()]));
+    return m_metrics[font];
 }
 
 int TextLayout::width(int font, std::string_view text) {
     if (text.empty())
         return 0;
-    FontCache& c = cache(font);
-    auto it = c.widths.find(text);
-    if (it != c.widths.end())
-        return it->second;
-    if (c.widths.size() >= kMaxCachedWidths)
-        c.widths.clear();
+    if (m_widths.full())
+        m_widths.clear();
+    const auto [index, added] = m_widths.findOrAdd(static_cast<std::uint32_t>(font), text);
+    if (!added && index != BytesMemo<int>::kNone)
+        return m_widths[index];
     const int w = m_measurer.width(m_pages.fonts[font], text);
     ++m_measured;
-    c.widths.emplace(std::string(text), w);
+    if (added)
+        m_widths[index] = w;
     return w;
 }
 

@@ -3,6 +3,7 @@
 // and clipping, measured with the one text measurer. Widths are cached per font and string, so
 // a long report measures each distinct cell text once.
 
+#include "platform/core/bytes_memo.hpp"
 #include "platform/engine/page/page.hpp"
 #include "platform/engine/page/text_measurer.hpp"
 
@@ -10,7 +11,6 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace qr::engine {
@@ -45,16 +45,6 @@ class TextLayout {
     long measuredCount() const { return m_measured; }
 
   private:
-    struct Hash {
-        using is_transparent = void;
-        size_t operator()(std::string_view s) const { return std::hash<std::string_view>{}(s); }
-    };
-    struct FontCache {
-        page::FontMetrics metrics;
-        std::unordered_map<std::string, int, Hash, std::equal_to<>> widths;
-    };
-
-    FontCache& cache(int font);
     /// Adds the line(s) `line` makes; returns false when a line had to be cut to the width.
     bool addLine(std::string_view line, int font, int boxWidth, page::Align align, bool wrap,
                  std::vector<std::string_view>& lines);
@@ -65,7 +55,11 @@ class TextLayout {
 
     page::TextMeasurer& m_measurer;
     page::Pages& m_pages;
-    std::vector<FontCache> m_caches;
+    std::vector<page::FontMetrics> m_metrics; // by font, as the fonts are first used
+    // The widths measured, by font and string. A cache this large holds every distinct cell
+    // text of a long report many times over; past it the widths are measured again as they
+    // come.
+    BytesMemo<int> m_widths{65536, std::size_t{4} << 20};
     std::vector<std::string_view> m_lines; // scratch, reused between calls
     long m_measured = 0;
 };
