@@ -6,8 +6,11 @@
 #include "platform/output/sheet_footer.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstring>
 #include <deque>
+#include <limits>
 #include <optional>
 #include <set>
 #include <span>
@@ -47,15 +50,6 @@ struct Placement {
     bool operator==(const Placement&) const = default;
 };
 
-struct PlacementHash {
-    std::size_t operator()(const Placement& p) const noexcept {
-        std::uint64_t h = static_cast<std::uint32_t>(p.left);
-        h = h * 0x9E3779B97F4A7C15ULL + static_cast<std::uint32_t>(p.right);
-        h = h * 0x9E3779B97F4A7C15ULL + static_cast<std::uint32_t>(p.align);
-        return static_cast<std::size_t>(h ^ (h >> 29));
-    }
-};
-
 int anchorOf(const Placement& p) {
     switch (p.align) {
     case page::Align::Right:
@@ -87,55 +81,6 @@ class BitTable {
   private:
     std::size_t m_words;
     std::vector<std::uint64_t> m_bits;
-};
-
-/// Placements and their keys: an open-addressing table, since a long report looks one up for
-/// every text it places, twice.
-class PlacementIndex {
-  public:
-    /// The key of `place`; `next` becomes its key when it has none yet (then `added`).
-    std::pair<std::uint32_t, bool> findOrAdd(const Placement& place, std::uint32_t next) {
-        if (2 * (m_count + 1) > m_slots.size()) {
-            grow();
-        }
-        Slot& slot = m_slots[slotOf(place)];
-        if (slot.key != kFree) {
-            return {slot.key, false};
-        }
-        slot = {place, next};
-        ++m_count;
-        return {next, true};
-    }
-    /// The key of a placement added before.
-    std::uint32_t find(const Placement& place) const { return m_slots[slotOf(place)].key; }
-
-  private:
-    static constexpr std::uint32_t kFree = ~std::uint32_t{0};
-    struct Slot {
-        Placement place;
-        std::uint32_t key = kFree;
-    };
-
-    std::size_t slotOf(const Placement& place) const {
-        const std::size_t mask = m_slots.size() - 1;
-        std::size_t at = PlacementHash()(place) & mask;
-        while (m_slots[at].key != kFree && !(m_slots[at].place == place)) {
-            at = (at + 1) & mask;
-        }
-        return at;
-    }
-    void grow() {
-        std::vector<Slot> old(std::max<std::size_t>(64, 2 * m_slots.size()));
-        old.swap(m_slots);
-        for (const Slot& slot : old) {
-            if (slot.key != kFree) {
-                m_slots[slotOf(slot.place)] = slot;
-            }
-        }
-    }
-
-    std::vector<Slot> m_slots;
-    std::size_t m_count = 0;
 };
 
 class GridBuilder {
@@ -197,10 +142,7 @@ class GridBuilder {
 
     /// A cell as an item gives it, wherever it stands.
     struct MadeCell {
-        CellKind kind = CellKind::Text;
-        std::uint16_t style = 0;
-        std::uint32_t text = 0; // a Text cell's
-        double number = 0;      // a Number cell's
+        Cell cell; // its row and column still to be set
         CellRoom room;
     };
 
@@ -218,16 +160,14 @@ class GridBuilder {
 
     /// What is known of the item `placed` at `ref`, decoded if it is new: its place in
     /// m_remembered, or kUnremembered when there is no room left there (then `scratch` holds
-    /// it, and `known` points to whichever).
-    std::uint32_t remember(ItemRef ref, const page::PlacedItem& placed, Remembered& scratch,
-                           const Remembered*& known) {
+    /// it).
+    std::uint32_t remember(ItemRef ref, const page::PlacedItem& placed, Remembered& scratch) {
         const auto [id, added] = m_remembered.findOrAdd(
             placed.flags, std::string_view(reinterpret_cast<const char*>(placed.content.data()),
                                            placed.content.size()));
-        Remembered& entry = id == kUnremembered ? scratch : m_remembered[id];
-        known = &entry;
         if (added || id == kUnremembered) {
             const page::Item& item = load(ref);
+            Remembered& entry = id == kUnremembered ? scratch : m_remembered[id];
             entry = {};
             entry.band = pageBandOf(item);
             entry.align = placementOf(item).align;
@@ -434,8 +374,8 @@ class GridBuilder {
                 continue; // lines and rectangles show nothing in a cell
             }
             const ItemRef ref{p, i};
-            const Remembered* known = nullptr;
-            const std::uint32_t id = remember(ref, placed, scratch, known);
+            const std::uint32_t id = remember(ref, placed, scratch);
+            const Remembered* known = id == kUnremembered ? &scratch : &m_remembered[id];
             scan.hasHeader = scan.hasHeader || known->band == page::PageBand::Header;
             scan.hasFooter = scan.hasFooter || known->band == page::PageBand::Footer;
             if (known->band == page::PageBand::Footer) {
@@ -555,14 +495,31 @@ class GridBuilder {
         });
     }
 
+    /// The key of `place`, counted once more; a new key when the placement is new. Keys
+    /// are numbered in the order the placements came, as m_keyIndex numbers them.
     std::uint32_t keyOf(const Placement& place) {
-        const auto [key, added] =
-            m_keyIndex.findOrAdd(place, static_cast<std::uint32_t>(m_keys.size()));
+        const auto [key, added] = m_keyIndex.findOrAdd(tagOf(place), bytesOf(place).view());
         if (added) {
             m_keys.push_back({place, 0, 0});
         }
         ++m_keys[key].count;
         return key;
+    }
+
+    /// A placement as the key m_keyIndex knows it by: its alignment as the tag, its edges
+    /// as the bytes.
+    struct EdgeBytes {
+        std::array<char, 2 * sizeof(int)> bytes;
+        std::string_view view() const { return {bytes.data(), bytes.size()}; }
+    };
+    static EdgeBytes bytesOf(const Placement& place) {
+        EdgeBytes edges;
+        std::memcpy(edges.bytes.data(), &place.left, sizeof(int));
+        std::memcpy(edges.bytes.data() + sizeof(int), &place.right, sizeof(int));
+        return edges;
+    }
+    static std::uint32_t tagOf(const Placement& place) {
+        return static_cast<std::uint32_t>(place.align);
     }
 
     // --- columns ------------------------------------------------------------------------
@@ -803,7 +760,9 @@ class GridBuilder {
         forEachRow(sources, [&](std::span<const Source> cellsOfRow) {
             entries.clear();
             for (const Source& source : cellsOfRow) {
-                const KeyInfo& key = m_keys[m_keyIndex.find(source.place)];
+                const KeyInfo& key =
+                    m_keys[m_keyIndex.findOrAdd(tagOf(source.place), bytesOf(source.place).view())
+                               .first];
                 entries.push_back({m_columnOfCluster[key.cluster], key.place.left, source.ref,
                                    source.remembered});
             }
@@ -835,16 +794,16 @@ class GridBuilder {
         const std::string_view shown = displayText(item, ref);
         made.room = roomOf(item, ref, shown);
         if (auto number = numberOf(item); number && ref.lines == 0) {
-            made.kind = CellKind::Number;
-            made.number = *number;
+            made.cell.kind = CellKind::Number;
+            made.cell.number = *number;
             style.format = internFormat(std::get<page::TextItem>(item).format);
         } else {
-            made.kind = CellKind::Text;
-            made.text = internText(shown);
+            made.cell.kind = CellKind::Text;
+            made.cell.text = internText(shown);
             style.wrap = shown.find('\n') != std::string_view::npos;
             made.room.mayMerge = true;
         }
-        made.style = internStyle(style);
+        made.cell.style = internStyle(style);
         return made;
     }
 
@@ -860,17 +819,9 @@ class GridBuilder {
             }
             made = known.cell;
         }
-        Cell cell;
+        Cell& cell = m_grid.cells.emplace_back(made.cell);
         cell.row = row;
         cell.column = static_cast<std::uint8_t>(entry.column);
-        cell.kind = made.kind;
-        cell.style = made.style;
-        if (made.kind == CellKind::Number) {
-            cell.number = made.number;
-        } else {
-            cell.text = made.text;
-        }
-        m_grid.cells.push_back(cell);
         m_rooms->need(m_grid.cells.size() - 1, made.room);
         m_cellRef = entry.ref;
         m_cellTextKnown = false;
@@ -952,7 +903,8 @@ class GridBuilder {
     std::set<std::vector<std::uint32_t>> m_layouts; // distinct rows, as their placements
     std::vector<std::uint32_t> m_lastLayout;
     std::vector<KeyInfo> m_keys;
-    PlacementIndex m_keyIndex;
+    BytesMemo<char> m_keyIndex{std::numeric_limits<std::size_t>::max(),
+                               std::numeric_limits<std::size_t>::max()}; // m_keys by placement
     std::vector<std::uint32_t> m_columnOfCluster;
     std::unordered_map<std::string_view, std::uint32_t> m_textIndex;
     std::unordered_map<std::uint64_t, std::uint16_t> m_styleIndex;
