@@ -58,7 +58,7 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "QuarvexReports developers")
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6core6, libqt6gui6, libqt6widgets6, libqt6printsupport6, \
-libqt6sql6, libqt6sql6-sqlite, libcairo2, libfreetype6, libfontconfig1, libgsf-1-114, zlib1g, \
+libqt6sql6, libqt6sql6-sqlite, libsqlite3-0, libcairo2, libfreetype6, libfontconfig1, libgsf-1-114, zlib1g, \
 fonts-liberation2")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "libqt6sql6-psql, libqt6sql6-odbc")
 include(CPack)

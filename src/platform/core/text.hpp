@@ -26,4 +26,8 @@ bool equalsIgnoringCase(std::string_view a, std::string_view b);
 /// Whether `text` starts with `prefix`, compared case-blind (ASCII).
 bool startsWithIgnoringCase(std::string_view text, std::string_view prefix);
 
+/// Whether `text` is well-formed UTF-8: no stray or missing continuation bytes, no overlong
+/// forms, no surrogates, nothing above U+10FFFF.
+bool isValidUtf8(std::string_view text);
+
 } // namespace qr

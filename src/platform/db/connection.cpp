@@ -162,13 +162,17 @@ void Session::fail(const QSqlError& error) const {
     throw Error(dberr::kCommandError, description, text);
 }
 
-QSqlQuery Session::run(const std::string& sql, const QVariantList& params) {
+QSqlDatabase Session::databaseFor(const std::string& sql) {
     QSqlDatabase db = database();
     if (!db.isOpen())
         throw Error(dberr::kObjectClosed, description, kObjectClosedText);
     if (observer)
         observer(sql);
-    QSqlQuery query(db);
+    return db;
+}
+
+QSqlQuery Session::run(const std::string& sql, const QVariantList& params) {
+    QSqlQuery query(databaseFor(sql));
     query.setForwardOnly(true);
     query.setNumericalPrecisionPolicy(QSql::HighPrecision);
     const QString text = QString::fromStdString(sql);

@@ -253,6 +253,27 @@ Variant fromDriverValue(const QVariant& raw, ColumnKind kind, QMetaType declared
     return natural(raw, declared);
 }
 
+Variant fromDriverText(std::string_view utf8, ColumnKind kind, QMetaType declared) {
+    switch (kind) {
+    case ColumnKind::Text:
+        return Variant(std::string(utf8));
+    case ColumnKind::Natural:
+        if (!isFloatType(declared.id()))
+            return Variant(std::string(utf8));
+        break;
+    case ColumnKind::Date: {
+        Date date;
+        if (parseIsoDate(utf8, date))
+            return Variant(date);
+        break;
+    }
+    default:
+        break;
+    }
+    return fromDriverValue(QVariant(QString::fromUtf8(utf8.data(), qsizetype(utf8.size()))), kind,
+                           declared);
+}
+
 QVariant toBindValue(const Variant& value, bool dateAsText) {
     switch (value.type()) {
     case VarType::Empty:

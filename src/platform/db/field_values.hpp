@@ -34,6 +34,11 @@ ColumnKind columnKindOf(std::string_view columnName);
 /// word).
 Variant fromDriverValue(const QVariant& raw, ColumnKind kind, QMetaType declared);
 
+/// What fromDriverValue gives for a driver's text value, from the text's well-formed UTF-8.
+/// Text and most untyped columns take the bytes as they are, without a round trip through
+/// UTF-16.
+Variant fromDriverText(std::string_view utf8, ColumnKind kind, QMetaType declared);
+
 /// Exact decimal text of a money value as a driver delivered it; empty when it is not a
 /// number. Exposed for tests of the SQLite path.
 std::string moneyText(const QVariant& raw);

@@ -4,6 +4,7 @@
 #include "platform/db/db_error.hpp"
 #include "platform/db/field_values.hpp"
 #include "platform/db/session.hpp"
+#include "platform/db/sqlite_rows.hpp"
 
 #include <QSqlDriver>
 #include <QSqlError>
@@ -31,6 +32,25 @@ bool locksForWriting(LockType lock) {
     return lock == LockType::Optimistic || lock == LockType::Pessimistic ||
            lock == LockType::BatchOptimistic;
 }
+
+/// A query's rows as Qt's driver gives them. The query reads forward only, so the driver
+/// holds one row at a time and the recordset's packed copy is the only one of the result.
+class DriverRows {
+  public:
+    explicit DriverRows(QSqlQuery query) : m_query(std::move(query)), m_record(m_query.record()) {}
+    bool next() { return m_query.next(); }
+    int columns() const { return m_record.count(); }
+    std::string name(int column) const { return m_record.fieldName(column).toStdString(); }
+    QMetaType declared(int column) const { return m_record.field(column).metaType(); }
+    Variant value(int column, ColumnKind kind, QMetaType declared) const {
+        return fromDriverValue(m_query.value(column), kind, declared);
+    }
+    QVariant raw(int column) const { return m_query.value(column); }
+
+  private:
+    QSqlQuery m_query;
+    QSqlRecord m_record;
+};
 
 [[noreturn]] void raise(int number, const char* text) {
     throw Error(number, kRecordsetSource, text);
@@ -68,15 +88,22 @@ void Recordset::readRows(const std::string& sql) {
     // connection ends a forward-only read in progress.
     const std::vector<std::string> keys =
         m_table.empty() ? std::vector<std::string>{} : m_session->primaryKey(m_table);
-    // The session's queries read forward only, so the driver holds one row at a time and the
-    // packed copy below is the only one of the whole result.
-    QSqlQuery query = m_session->run(sql);
-    const QSqlRecord record = query.record();
-    const int count = record.count();
+    if (detail::canReadSqliteDirectly(*m_session)) {
+        detail::SqliteRows rows(*m_session, sql);
+        readFrom(rows, keys);
+    } else {
+        DriverRows rows(m_session->run(sql));
+        readFrom(rows, keys);
+    }
+}
+
+template <class Rows> void Recordset::readFrom(Rows& rows, const std::vector<std::string>& keys) {
+    bool more = rows.next();
+    const int count = rows.columns();
     for (int i = 0; i < count; ++i) {
-        std::string name = record.fieldName(i).toStdString();
+        std::string name = rows.name(i);
         m_kinds.push_back(columnKindOf(name));
-        m_declared.push_back(record.field(i).metaType());
+        m_declared.push_back(rows.declared(i));
         m_index.emplace(lowerCase(name), static_cast<std::size_t>(i)); // the first of a name wins
         m_columns.push_back(std::move(name));
     }
@@ -85,14 +112,14 @@ void Recordset::readRows(const std::string& sql) {
         m_whereColumns = whereColumns(keys);
     m_raw = RowStore(m_whereColumns.size());
     const bool keepRaw = !m_table.empty();
-    while (query.next()) {
+    for (; more; more = rows.next()) {
         m_values.beginRow();
         for (int i = 0; i < count; ++i)
-            m_values.append(fromDriverValue(query.value(i), m_kinds[i], m_declared[i]));
+            m_values.append(rows.value(i, m_kinds[i], m_declared[i]));
         if (keepRaw) {
             m_raw.beginRow();
             for (std::size_t column : m_whereColumns)
-                m_raw.append(query.value(static_cast<int>(column)));
+                m_raw.append(rows.raw(static_cast<int>(column)));
         }
         ++m_rowCount;
     }

@@ -78,6 +78,9 @@ class Recordset : public RowCursor {
     /// p-column reads as Double, a Currency written to it as its decimal value).
     Variant asStored(std::size_t column, const Variant& value) const;
     void readRows(const std::string& sql);
+    /// Every row of `rows` (SQLite's own interface or Qt's driver), and the values an update
+    /// finds each by.
+    template <class Rows> void readFrom(Rows& rows, const std::vector<std::string>& keys);
     /// The columns an update finds its row by.
     std::vector<std::size_t> whereColumns(const std::vector<std::string>& keys) const;
     std::string whereClause(QVariantList& params) const;
@@ -89,7 +92,7 @@ class Recordset : public RowCursor {
     std::vector<ColumnKind> m_kinds;
     std::vector<QMetaType> m_declared;
     std::unordered_map<std::string, std::size_t> m_index; // lower-cased name -> column
-    RowStore m_values; // every row, packed
+    RowStore m_values;                                    // every row, packed
     /// The values an update finds its row by (the primary key's columns, or every column of a
     /// table without one) as read from the driver; only for updatable recordsets.
     RowStore m_raw;

@@ -25,6 +25,10 @@ struct Session {
     /// it (Qt SQL connections cannot cross threads).
     QSqlDatabase database() const;
 
+    /// The open database `sql` is about to run on, after telling the observer of it; raises
+    /// Error when the connection is closed or belongs to another thread.
+    QSqlDatabase databaseFor(const std::string& sql);
+
     /// Prepare and run `sql` with `params` bound in order; raises Error with the database's
     /// message. A forward-only query is enough for every reader here: recordsets copy rows.
     QSqlQuery run(const std::string& sql, const QVariantList& params = {});
