@@ -33,10 +33,28 @@ DecimalDigits DecimalDigits::fromDouble(double value, int significant) {
         return d;
     }
     d.negative = value < 0;
-    // "d.ddddde+XX": to_chars rounds the exact binary value to the asked digits.
+    const double magnitude = std::fabs(value);
+    // "d.ddddde+XX". The shortest digits that read back as the same double are the exact
+    // value rounded to `significant` digits whenever there are no more of them than that and
+    // no more than a double always holds (15): the value lies within half a unit in its last
+    // binary place of them, and any other decimal of that many digits is at least four such
+    // units away. Finding them is several times faster than rounding the exact value to a
+    // fixed count of digits, which is left for the other cases (and for subnormals, whose
+    // last binary place is relatively wider).
     char buf[64];
-    auto res = std::to_chars(buf, buf + sizeof buf, std::fabs(value), std::chars_format::scientific,
-                             significant - 1);
+    std::to_chars_result res{};
+    bool shortestWillDo = false;
+    if (significant <= std::numeric_limits<double>::digits10 &&
+        magnitude >= std::numeric_limits<double>::min()) {
+        res = std::to_chars(buf, buf + sizeof buf, magnitude, std::chars_format::scientific);
+        const char* e = std::find(buf, res.ptr, 'e');
+        const long digitCount = (e - buf) - (e - buf > 1 ? 1 : 0); // less the point
+        shortestWillDo = digitCount <= significant;
+    }
+    if (!shortestWillDo) {
+        res = std::to_chars(buf, buf + sizeof buf, magnitude, std::chars_format::scientific,
+                            significant - 1);
+    }
     const char* p = buf;
     for (; p < res.ptr && *p != 'e'; ++p) {
         if (*p != '.' && d.count < kMaxDigits) {

@@ -1,11 +1,15 @@
 // The classic conversions: what each kind of value turns into, and where it fails.
 #include "error_number.hpp"
 #include "platform/core/convert.hpp"
+#include "platform/core/decimal_digits.hpp"
 #include "platform/core/system_formats.hpp"
 
+#include <bit>
+#include <charconv>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <optional>
+#include <random>
 
 namespace qr {
 namespace {
@@ -292,6 +296,59 @@ TEST(Convert, RoundHalfEvenIsTheRuntimesRound) {
     float perFoot = static_cast<float>(roundHalfEven(9562.5 / 4500.0, 2));
     EXPECT_EQ(decimalText(perFoot, true), " 2.12");
     EXPECT_EQ(errorNumberOf([] { roundHalfEven(1.5, -1); }), 5);
+}
+
+TEST(Convert, DoubleDigitsAreTheExactValueRoundedToTheAskedDigits) {
+    // The digits of the exact binary value rounded to `significant` digits, trailing zeros
+    // dropped, and the decimal exponent.
+    auto rounded = [](double value, int significant) {
+        char buf[64];
+        auto res = std::to_chars(buf, buf + sizeof buf, std::fabs(value),
+                                 std::chars_format::scientific, significant - 1);
+        std::string text(buf, res.ptr);
+        std::string digits;
+        for (char c : text.substr(0, text.find('e')))
+            if (c != '.')
+                digits += c;
+        digits.erase(digits.find_last_not_of('0') + 1);
+        return digits + " e" + std::to_string(std::stoi(text.substr(text.find('e') + 1)) + 1);
+    };
+    auto actual = [](double value, int significant) {
+        const auto d = detail::DecimalDigits::fromDouble(value, significant);
+        return std::string(d.digits, d.digits + d.count) + " e" + std::to_string(d.pointPos);
+    };
+    std::vector<double> values = {0.1 + 0.2,
+                                  9.9999999999999995,
+                                  0.95,
+                                  999999999999999.5,
+                                  1e15 - 1,
+                                  123456789012345.6,
+                                  2.675,
+                                  1.0000000000000002,
+                                  5e-324,
+                                  2.2250738585072014e-308,
+                                  1e-310,
+                                  1.7976931348623157e308,
+                                  12.5,
+                                  450.75,
+                                  4.0 + 36 * 0.75,
+                                  0.3,
+                                  1e23,
+                                  8.589973e9};
+    std::mt19937_64 random(20261126);
+    for (int i = 0; i < 20000; ++i) {
+        values.push_back(std::bit_cast<double>(random()));                  // any bits
+        values.push_back(static_cast<double>(random() % 10000000) / 100.0); // prices
+        values.push_back((4.0 + (random() % 37) * 0.75) * (random() % 5 + 1) *
+                         (12.5 + random() % 11) / 3.0); // areas and totals
+    }
+    for (double value : values) {
+        if (!std::isfinite(value) || value == 0.0)
+            continue;
+        for (int significant : {15, 7, 1, 6, 14})
+            ASSERT_EQ(actual(value, significant), rounded(value, significant))
+                << std::hexfloat << value << " to " << significant << " digits";
+    }
 }
 
 } // namespace
