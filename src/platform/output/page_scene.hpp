@@ -9,10 +9,12 @@
 // strokes (lines, rectangle borders, check boxes, in item order), then text, then underlines.
 // Backgrounds therefore never hide text or rules drawn by an earlier item.
 
+#include "platform/core/bytes_memo.hpp"
 #include "platform/engine/page/page.hpp"
 #include "platform/output/scaled_font.hpp"
 
 #include <cairo.h>
+#include <optional>
 #include <variant>
 #include <vector>
 
@@ -71,10 +73,39 @@ class SceneBuilder {
     const PageScene& build(const page::Page& page, const std::vector<page::FontSpec>& fonts);
 
   private:
-    void addText(const page::TextItem& item, const std::vector<page::FontSpec>& fonts);
+    // What a text item draws, wherever it stands: its glyphs and underlined runs relative to
+    // its box. A long report repeats most of its texts (quantities, sizes, types, prices) line
+    // after line, so each distinct text is decoded and mapped to glyphs once; its copies only
+    // move it. Offsets are whole twips and the pen's advance is kept apart, so a copy's glyphs
+    // stand exactly where its own decoding would put them.
+    struct PieceGlyph {
+        unsigned long index;
+        int dx, dy;
+        double pen;
+    };
+    struct PieceRun {
+        int dx, dy, width;
+        double advance;
+    };
+    struct TextPiece {
+        bool complete = false;  // false while being made, and if making it failed
+        bool drawsText = false; // it has runs, so it takes its font's batch
+        int font = 0;
+        page::Color color = page::kBlack;
+        std::optional<page::Color> background;
+        std::uint32_t firstGlyph = 0, glyphCount = 0; // in m_pieceGlyphs
+        std::uint32_t firstRun = 0, runCount = 0;     // underlined runs, in m_pieceRuns
+    };
+
+    void addText(std::size_t index, const page::PlacedItem& placed,
+                 const std::vector<page::FontSpec>& fonts);
+    void makePiece(const page::TextItem& item, const std::vector<page::FontSpec>& fonts,
+                   TextPiece& piece);
+    void drawPiece(const TextPiece& piece, const page::Rect& box);
     void addRect(const page::RectItem& item);
     void addCheckBox(const page::CheckBoxItem& item);
     GlyphBatch& batchFor(ScaledFont& font, page::Color color);
+    ScaledFont& fontAt(int index, const std::vector<page::FontSpec>& fonts);
 
     FontSet m_fonts;
     // The pages' fonts as last seen and the scaled font of each, found on first use: most
@@ -82,6 +113,13 @@ class SceneBuilder {
     std::vector<page::FontSpec> m_specs;
     std::vector<ScaledFont*> m_fontAt;
     PageScene m_scene;
+    // Pieces by the item's encoding without its place and names; bounded, cleared between
+    // pages when full and whenever the pages' fonts change.
+    BytesMemo<TextPiece> m_pieces{std::size_t{1} << 14, std::size_t{1} << 21};
+    std::vector<PieceGlyph> m_pieceGlyphs;
+    std::vector<PieceRun> m_pieceRuns;
+    TextPiece m_scratchPiece; // for a text met when the memo is full
+    std::vector<cairo_glyph_t> m_glyphScratch;
     page::Item m_item;                  // the item being drawn, decoded from its page
     const page::Page* m_page = nullptr; // the page being built and the item's place on it,
     std::size_t m_index = 0;            // to name the item in an error
