@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <iterator>
 #include <limits>
 
 namespace qr::detail {
@@ -27,34 +28,58 @@ void DecimalDigits::normalize() {
     }
 }
 
+namespace {
+
+constexpr double kPowersOfTen[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8};
+
+/// The digits of a value that is a decimal of at most eight places and `significant` digits,
+/// as near as a double gets to it (a price, a quantity, a size in sixteenths). That decimal
+/// is then the value rounded to `significant` digits: the value lies within half a unit in
+/// its last binary place of it, and for 15 digits or fewer any other decimal of that many
+/// digits is more than four such units away. False for any other value.
+bool shortDecimal(double magnitude, int significant, DecimalDigits& d) {
+    if (significant > std::numeric_limits<double>::digits10)
+        return false;
+    for (int places = 0; places < static_cast<int>(std::size(kPowersOfTen)); ++places) {
+        const double scaled = magnitude * kPowersOfTen[places];
+        if (!(scaled < 9007199254740992.0)) // 2^53: past it a double holds no more units
+            return false;
+        const double units = std::nearbyint(scaled);
+        // Both exact, so the division is the double nearest to the decimal.
+        if (units == 0 || units / kPowersOfTen[places] != magnitude)
+            continue;
+        char text[24];
+        const char* end =
+            std::to_chars(text, text + sizeof text, static_cast<std::uint64_t>(units)).ptr;
+        const auto length = static_cast<int>(end - text);
+        int count = length;
+        while (count > 1 && text[count - 1] == '0')
+            --count;
+        if (count > significant)
+            return false;
+        std::copy(text, text + count, d.digits);
+        d.count = count;
+        d.pointPos = length - places;
+        return true;
+    }
+    return false;
+}
+
+} // namespace
+
 DecimalDigits DecimalDigits::fromDouble(double value, int significant) {
     DecimalDigits d;
     if (value == 0.0) {
         return d;
     }
     d.negative = value < 0;
-    const double magnitude = std::fabs(value);
-    // "d.ddddde+XX". The shortest digits that read back as the same double are the exact
-    // value rounded to `significant` digits whenever there are no more of them than that and
-    // no more than a double always holds (15): the value lies within half a unit in its last
-    // binary place of them, and any other decimal of that many digits is at least four such
-    // units away. Finding them is several times faster than rounding the exact value to a
-    // fixed count of digits, which is left for the other cases (and for subnormals, whose
-    // last binary place is relatively wider).
+    if (shortDecimal(std::fabs(value), significant, d)) {
+        return d;
+    }
+    // "d.ddddde+XX": to_chars rounds the exact binary value to the asked digits.
     char buf[64];
-    std::to_chars_result res{};
-    bool shortestWillDo = false;
-    if (significant <= std::numeric_limits<double>::digits10 &&
-        magnitude >= std::numeric_limits<double>::min()) {
-        res = std::to_chars(buf, buf + sizeof buf, magnitude, std::chars_format::scientific);
-        const char* e = std::find(buf, res.ptr, 'e');
-        const long digitCount = (e - buf) - (e - buf > 1 ? 1 : 0); // less the point
-        shortestWillDo = digitCount <= significant;
-    }
-    if (!shortestWillDo) {
-        res = std::to_chars(buf, buf + sizeof buf, magnitude, std::chars_format::scientific,
-                            significant - 1);
-    }
+    auto res = std::to_chars(buf, buf + sizeof buf, std::fabs(value), std::chars_format::scientific,
+                             significant - 1);
     const char* p = buf;
     for (; p < res.ptr && *p != 'e'; ++p) {
         if (*p != '.' && d.count < kMaxDigits) {
