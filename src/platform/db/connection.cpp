@@ -133,6 +133,11 @@ Session::Session(const ConnectionSpec& parsed, std::string desc)
     }
     if (engine == Engine::Odbc)
         dialect = probeOdbcDialect(db);
+    if (engine == Engine::SQLite) {
+        // Sorts in memory: a report's ORDER BY over a whole job's lines is sorted in one piece
+        // instead of being spilled to temporary files in slices and merged back.
+        QSqlQuery(db).exec(QStringLiteral("PRAGMA temp_store = MEMORY"));
+    }
 }
 
 QSqlDatabase Session::database() const {

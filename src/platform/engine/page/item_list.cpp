@@ -187,6 +187,8 @@ class Reader {
 
     std::uint8_t byte() { return *m_at++; }
     std::uint64_t varint() {
+        if (*m_at < 0x80) // most values: one byte
+            return *m_at++;
         std::uint64_t v = 0;
         int shift = 0;
         std::uint8_t b;
