@@ -66,6 +66,7 @@ TextLayout::Result TextLayout::layout(std::string_view text, int font, int boxWi
                                       std::vector<page::TextRun>& runs) {
     runs.clear();
     m_lines.clear();
+    m_kept = {};
     Result result;
     size_t start = 0;
     size_t i = 0;
@@ -95,7 +96,9 @@ TextLayout::Result TextLayout::layout(std::string_view text, int font, int boxWi
         const std::string_view piece = m_lines[line];
         if (piece.empty())
             continue;
-        const int w = width(font, piece);
+        const int w = piece.data() == m_kept.line.data() && piece.size() == m_kept.line.size()
+                          ? m_kept.width
+                          : width(font, piece);
         int x = 0;
         if (align == page::Align::Right)
             x = boxWidth - w;
@@ -109,8 +112,13 @@ TextLayout::Result TextLayout::layout(std::string_view text, int font, int boxWi
 
 bool TextLayout::addLine(std::string_view line, int font, int boxWidth, page::Align align,
                          bool wrap, std::vector<std::string_view>& lines) {
-    if (line.empty() || width(font, line) <= boxWidth) {
+    if (line.empty()) {
         lines.push_back(line);
+        return true;
+    }
+    if (const int w = width(font, line); w <= boxWidth) {
+        lines.push_back(line);
+        m_kept = {line, w};
     } else if (wrap) {
         wrapParagraph(line, font, boxWidth, lines);
     } else {

@@ -61,6 +61,12 @@ class TextLayout {
     // come.
     BytesMemo<int> m_widths{65536, std::size_t{4} << 20};
     std::vector<std::string_view> m_lines; // scratch, reused between calls
+    // The last line addLine kept whole, with the width it measured: a line of one text (most
+    // texts are one line) is then not measured again when placed.
+    struct KeptLine {
+        std::string_view line;
+        int width = 0;
+    } m_kept;
     long m_measured = 0;
 };
 
