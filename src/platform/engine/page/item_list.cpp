@@ -124,14 +124,21 @@ bool runsAreLines(const std::vector<TextRun>& runs, std::string_view text) {
 class Writer {
   public:
     explicit Writer(std::vector<std::uint8_t>& out) : m_out(out) {}
+    ~Writer() { flush(); }
+    Writer(const Writer&) = delete;
+    Writer& operator=(const Writer&) = delete;
 
-    void byte(std::uint8_t b) { m_out.push_back(b); }
+    void byte(std::uint8_t b) {
+        room(1);
+        m_buffer[m_used++] = b;
+    }
     void varint(std::uint64_t v) {
+        room(10);
         while (v >= 0x80) {
-            m_out.push_back(static_cast<std::uint8_t>(v | 0x80));
+            m_buffer[m_used++] = static_cast<std::uint8_t>(v | 0x80);
             v >>= 7;
         }
-        m_out.push_back(static_cast<std::uint8_t>(v));
+        m_buffer[m_used++] = static_cast<std::uint8_t>(v);
     }
     void zigzag(std::int64_t v) { varint(zigzagged(v)); }
     static std::uint64_t zigzagged(std::int64_t v) {
@@ -139,7 +146,19 @@ class Writer {
     }
     void raw(const void* data, std::size_t size) {
         const auto* p = static_cast<const std::uint8_t*>(data);
-        m_out.insert(m_out.end(), p, p + size);
+        if (size > sizeof m_buffer / 2) {
+            flush();
+            m_out.insert(m_out.end(), p, p + size);
+            return;
+        }
+        room(size);
+        std::memcpy(m_buffer + m_used, p, size);
+        m_used += size;
+    }
+    /// Moves what is gathered to the output.
+    void flush() {
+        m_out.insert(m_out.end(), m_buffer, m_buffer + m_used);
+        m_used = 0;
     }
     void string(std::string_view s) {
         varint(s.size());
@@ -178,7 +197,17 @@ class Writer {
     }
 
   private:
+    /// Makes room for `size` more bytes in the gathering buffer.
+    void room(std::size_t size) {
+        if (m_used + size > sizeof m_buffer)
+            flush();
+    }
+
+    // An item's bytes are gathered here and appended in one go (a long text goes straight
+    // through): the output grows once per item instead of once per byte.
     std::vector<std::uint8_t>& m_out;
+    std::uint8_t m_buffer[256];
+    std::size_t m_used = 0;
 };
 
 class Reader {
