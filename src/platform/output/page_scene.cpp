@@ -12,7 +12,7 @@ namespace {
 constexpr double kCheckBoxBorder = 15;                        // twips, a classic one-pixel rule
 constexpr double kCheckMarkInset = 0.2;                       // of the square's side, on each side
 constexpr double kMinUnderline = 10;                          // twips
-constexpr std::size_t kMaxPieceGlyphs = std::size_t{1} << 18; // about 6 MB of remembered glyphs
+constexpr std::size_t kMaxPieceGlyphs = std::size_t{1} << 18; // about 8 MB of remembered glyphs
 
 std::string itemName(const page::TextItem& item) {
     if (item.section.empty())
@@ -129,7 +129,9 @@ void SceneBuilder::makePiece(const page::TextItem& item, const std::vector<page:
         for (const auto& run : item.runs) {
             if (run.text.empty())
                 continue;
-            const int dx = run.x - item.box.x, dy = run.baseline - item.box.y;
+            // In 64 bits: a page from outside may hold boxes and runs far apart.
+            const std::int64_t dx = std::int64_t{run.x} - item.box.x;
+            const std::int64_t dy = std::int64_t{run.baseline} - item.box.y;
             const double advance = font.appendGlyphs(run.text, 0, 0, m_glyphScratch);
             for (const cairo_glyph_t& glyph : m_glyphScratch)
                 m_pieceGlyphs.push_back(PieceGlyph{glyph.index, dx, dy, glyph.x});
@@ -163,7 +165,7 @@ void SceneBuilder::drawPiece(const TextPiece& piece, const page::Rect& box) {
         const PieceRun& run = m_pieceRuns[piece.firstRun + i];
         const double size = font.sizeTwips();
         const double thickness = std::max(font.face().underlineThickness * size, kMinUnderline);
-        const int baseline = box.y + run.dy;
+        const std::int64_t baseline = box.y + run.dy;
         const double centre = baseline + font.face().underlinePosition * size;
         const double width = run.width > 0 ? run.width : run.advance;
         m_scene.underlines.push_back(FilledBox{double(box.x + run.dx), centre - thickness / 2,

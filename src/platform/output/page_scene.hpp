@@ -80,11 +80,12 @@ class SceneBuilder {
     // stand exactly where its own decoding would put them.
     struct PieceGlyph {
         unsigned long index;
-        int dx, dy;
+        std::int64_t dx, dy; // from the box to the run's left end and baseline
         double pen;
     };
     struct PieceRun {
-        int dx, dy, width;
+        std::int64_t dx, dy;
+        int width;
         double advance;
     };
     struct TextPiece {
