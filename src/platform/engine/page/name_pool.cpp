@@ -1,5 +1,7 @@
 #include "platform/engine/page/name_pool.hpp"
 
+#include "platform/core/bytes_memo.hpp"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -28,27 +30,8 @@ struct ThreadCache {
     std::unordered_map<std::string_view, std::uint32_t> ids;
     std::array<Recent, kRecent> recent{};
 
-    /// A short hash of the name's length and its first and last few characters (a whole
-    /// name of up to 16), read a word at a time.
     static std::size_t slotOf(std::string_view name) {
-        constexpr std::uint64_t kMix = 0x9E3779B97F4A7C15ULL;
-        const std::size_t n = name.size();
-        std::uint64_t head = 0, tail = 0;
-        if (n >= 8) {
-            std::memcpy(&head, name.data(), 8);
-            std::memcpy(&tail, name.data() + n - 8, 8);
-        } else if (n >= 4) {
-            std::uint32_t a, b;
-            std::memcpy(&a, name.data(), 4);
-            std::memcpy(&b, name.data() + n - 4, 4);
-            head = a;
-            tail = b;
-        } else {
-            for (const char c : name)
-                head = head << 8 | static_cast<unsigned char>(c);
-        }
-        const std::uint64_t h = ((head * kMix) ^ tail ^ n) * kMix;
-        return (h >> 56) & (kRecent - 1);
+        return static_cast<std::size_t>(hashBytes(name) >> 56) & (kRecent - 1);
     }
 };
 
